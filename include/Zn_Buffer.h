@@ -1,0 +1,62 @@
+// Bytes that grow: what messages are encoded into and read from.
+//
+// Copies share their bytes until one side writes. The pointer is null for the empty buffer, so
+// zeroed memory is a valid one. Offsets and lengths are in bytes and int: a buffer holds less than
+// 2 GiB. When that or memory runs out, an operation leaves the buffer as it was.
+#pragma once
+
+#include "Zn_Base.h"
+
+#include <span>
+#include <string_view>
+
+class Zn_AString;
+
+class ZN_API Zn_Buffer {
+public:
+    Zn_Buffer() noexcept = default;
+    Zn_Buffer(const Zn_Buffer& other) noexcept;
+    Zn_Buffer(Zn_Buffer&& other) noexcept : data_(other.data_) { other.data_ = nullptr; }
+    Zn_Buffer& operator=(const Zn_Buffer& other) noexcept;
+    Zn_Buffer& operator=(Zn_Buffer&& other) noexcept;
+    ~Zn_Buffer();
+
+    void Set(const unsigned char* bytes, int length);
+    void Set(const Zn_Buffer& other) { *this = other; }
+    // Accepts bytes of this buffer itself.
+    void Append(const unsigned char* bytes, int length);
+    // Appends wide text (length -1: up to its terminator) converted to a code page (0: the locale's).
+    void AppendStr(const char16_t* text, int length, unsigned codePage);
+    // Changes the length; new bytes are zero.
+    void SetSize(int length);
+    // Grows by count zero bytes and returns the old length, which is where the caller writes; -1 when it can't.
+    int AddSize(int count);
+    // Room for a length of that many bytes, so that appending up to it moves nothing.
+    void Reserve(int length);
+    int GetLength() const noexcept;
+    // The byte at an offset; 0 outside the buffer.
+    unsigned char GetAt(int offset) const noexcept;
+    // The bytes; never null. Valid until this buffer changes.
+    const unsigned char* GetData() const noexcept;
+    std::span<const unsigned char> GetSpan() const noexcept
+    {
+        return {GetData(), static_cast<std::size_t>(GetLength())};
+    }
+    // Writable bytes, at least minLength of them (the length grows to that, new bytes zero); null when it can't.
+    unsigned char* GetSafeBuffer(int minLength);
+    // Base64 of RFC 4648, padded, in one line.
+    Zn_AString EncodeBase64() const;
+    // Empties the buffer.
+    void Release() noexcept;
+
+    // Equal when the bytes are.
+    friend bool operator==(const Zn_Buffer& a, const Zn_Buffer& b) noexcept { return a.IsEqual(b); }
+
+private:
+    bool IsEqual(const Zn_Buffer& other) const noexcept;
+    bool MakeOwn(int capacity);
+
+    unsigned char* data_ = nullptr;
+};
+
+static_assert(sizeof(Zn_Buffer) == sizeof(void*), "zeroed memory of one pointer is an empty buffer");

@@ -1,0 +1,70 @@
+// Pools of fixed-size, reference-counted blocks: where the items of lists live.
+//
+// A block stays at its address until its last reference is released. Every operation is safe to
+// call from several threads.
+#pragma once
+
+#include "Zn_Base.h"
+
+#include <atomic>
+#include <mutex>
+
+class Zn_ObjBufPool;
+
+// The count in front of a block. A new block has count 0; the holder that takes it first calls AddRef.
+class ZN_API Zn_ObjBufData {
+public:
+    int AddRef() noexcept { return refs_.fetch_add(1, std::memory_order_relaxed) + 1; }
+    // Returns the count left. At 0 the caller destroys what is in the block and gives it back to its pool.
+    int Release() noexcept { return refs_.fetch_sub(1, std::memory_order_acq_rel) - 1; }
+    int GetRefCount() const noexcept { return refs_.load(std::memory_order_acquire); }
+
+    static Zn_ObjBufData* FromItem(void* item) noexcept { return static_cast<Zn_ObjBufData*>(item) - 1; }
+    static Zn_ObjBufData* FromItem(const void* item) noexcept { return FromItem(const_cast<void*>(item)); }
+    void* GetItem() noexcept { return this + 1; }
+
+private:
+    friend class Zn_ObjBufPool;
+    alignas(8) std::atomic<std::int32_t> refs_{0};
+};
+
+static_assert(sizeof(Zn_ObjBufData) == 8, "items behind the count stay 8-byte aligned");
+
+class ZN_API Zn_ObjBufPool {
+public:
+    // The name is kept by pointer; itemSize is in bytes; the pool grows by itemsPerBlock items at a time.
+    Zn_ObjBufPool(const char* name, int itemSize, int itemsPerBlock) noexcept;
+    // Copies the description only: name and sizes.
+    Zn_ObjBufPool(const Zn_ObjBufPool& other) noexcept;
+    Zn_ObjBufPool& operator=(const Zn_ObjBufPool&) = delete;
+    ~Zn_ObjBufPool();
+
+    // Uninitialised memory of itemSize bytes with count 0; null when memory runs out.
+    void* Alloc() noexcept;
+    // Up to count of them into items, in rising addresses where it can; returns how many it got.
+    int Alloc(void** items, int count) noexcept;
+    void Free(void* item) noexcept;
+    // Whether an address is an item of this pool (handed out or not).
+    bool Owns(const void* item) const noexcept;
+
+    const char* GetName() const noexcept { return name_; }
+    int GetItemSize() const noexcept { return itemSize_; }
+    int GetItemsPerBlock() const noexcept { return itemsPerBlock_; }
+    // Items handed out and not yet given back.
+    int GetUsedCount() const noexcept;
+
+private:
+    struct Block;
+    struct FreeItem;
+    bool Grow() noexcept;
+
+    const char* name_;
+    int itemSize_;
+    int itemsPerBlock_;
+    int used_ = 0;
+    FreeItem* free_ = nullptr;
+    unsigned char* fresh_ = nullptr;      // not yet used part of the newest block
+    unsigned char* freshEnd_ = nullptr;
+    Block* blocks_ = nullptr;
+    mutable std::mutex lock_;
+};

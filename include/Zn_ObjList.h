@@ -1,0 +1,77 @@
+// An ordered list of items that it owns, driven by a handler; the base of every typed list.
+//
+// Items live in blocks of the handler's pool at stable addresses and carry a count of the lists
+// that hold them. Add, Insert and Set copy; the ...Link forms take over an item of the same
+// handler (from NewItem, or one that another list holds, which both then share); an address that is
+// no item of the handler's pool is copied instead. A place may be absent (null).
+//
+// Indexes are 0-based. Operations that can't (index out of range, null item, no memory) return -1
+// or null and change nothing. Inserting or deleting anywhere, and look-up by index, cost at most
+// the logarithm of the count. One list is used by one thread at a time.
+#pragma once
+
+#include "Zn_ListObjHandler.h"
+
+class ZN_API Zn_ObjList {
+public:
+    // With option 1 items are kept in the handler's order and Add does not add one that compares
+    // equal to one already there, but returns its index.
+    explicit Zn_ObjList(Zn_ListObjHandler* handler, int option = 0) noexcept;
+    Zn_ObjList(const Zn_ObjList& other);
+    Zn_ObjList(Zn_ObjList&& other) noexcept;
+    Zn_ObjList& operator=(const Zn_ObjList& other);
+    Zn_ObjList& operator=(Zn_ObjList&& other) noexcept;
+    ~Zn_ObjList();
+
+    int Count() const noexcept;
+    // Null when out of range or absent.
+    void* GetItem(int index) const noexcept;
+    // As GetItem; with create the list first grows to index + 1 items, all made by the handler, and an
+    // absent place at index is filled.
+    void* GetSafeItem(int index, int create);
+    int Add(const void* item);
+    // An index past the end means the end; a negative one 0.
+    int Insert(int index, const void* item);
+    int AddLink(void* item);
+    int InsertLink(int index, void* item);
+    // Replace the item at an index by a copy or by the item itself; with grow the list first grows, with
+    // absent places, to index + 1. Returns the index.
+    int Set(int index, const void* item, int grow = 0);
+    int SetLink(int index, void* item, int grow = 0);
+    // Deletes up to count items from start on; returns how many.
+    int Delete(int start, int count = 1);
+    // Exchanges two places; 1, or 0 when either is out of range.
+    int Exchange(int a, int b) noexcept;
+    // Index of the first item that the handler's compare finds equal, -1 when there is none.
+    int FindItem(const void* item) const;
+    // Room for n items.
+    void AllocItems(int n);
+    // Replaces by, or appends, copies; returns the new count. With option 1 appending follows Add.
+    int AssignList(const Zn_ObjList& other);
+    int AppendList(const Zn_ObjList& other);
+    // Deletes everything.
+    void ReleaseList() noexcept;
+
+    Zn_ListObjHandler* GetHandler() const noexcept { return handler_; }
+    int GetOption() const noexcept;
+    // A default item of count 0, for one of the ...Link operations to take over.
+    void* NewItem() { return handler_->NewItem(); }
+
+protected:
+    // Adds count absent places at an index; -1 when it can't.
+    int InsertAbsent(int index, int count);
+    // Adds at the end whatever the option says.
+    int AppendItem(const void* item);
+    int AppendItemLink(void* item);
+    // Takes the item out without giving up its count; the caller owns that count now.
+    void* Detach(int index) noexcept;
+    void SwapList(Zn_ObjList& other) noexcept;
+
+private:
+    struct Body;
+    friend struct Body;
+    int FindPlace(const void* item, bool& found) const;
+
+    Zn_ListObjHandler* handler_;
+    Body* body_;
+};

@@ -1,0 +1,158 @@
+// The typed-list pattern, once: a list class of a concrete item type over Zn_ObjList.
+//
+// A concrete family says only its item, its compare rule, its pool figures and its own operations:
+//
+//     class Zn_ThingHandler final : public Zn_TypedHandler<Zn_Thing> {
+//     public:
+//         Zn_ThingHandler() noexcept : Zn_TypedHandler("Zn_Thing", 64) {}
+//         int _CompareItem(void* a, void* b) override;
+//         static Zn_ThingHandler& Instance();      // both defined in the source file as Zn_Global<...>(),
+//         static const Zn_Thing& EmptyItem();      // so that there is one of each in the process
+//     };
+//     class Zn_ThingList : public Zn_TypedList<Zn_Thing, Zn_ThingHandler> { ... };
+//
+// The item class has static InitWithMemory(Zn_Thing*), FreeWithMemory(Zn_Thing*) and Set(const Zn_Thing&).
+#pragma once
+
+#include "Zn_ObjList.h"
+#include "Zn_Text.h"
+
+#include <cstddef>
+#include <iterator>
+#include <new>
+
+template <class Item>
+class Zn_TypedHandler : public Zn_ListObjHandler {
+public:
+    Zn_TypedHandler(const char* poolName, int itemsPerBlock) noexcept
+        : Zn_ListObjHandler(poolName, static_cast<int>(sizeof(Item)), itemsPerBlock) {}
+
+    void* _InitItem(void* memory) override
+    {
+        Item::InitWithMemory(static_cast<Item*>(memory));
+        return memory;
+    }
+    void _FreeItem(void* item) override { Item::FreeWithMemory(static_cast<Item*>(item)); }
+    void _AssignItem(void* dst, void* src) override
+    {
+        static_cast<Item*>(dst)->Set(*static_cast<const Item*>(src));
+    }
+};
+
+// A process-wide object that is made on first use and lives to the end of the process, so that
+// lists of static lifetime never outlive it.
+template <class T>
+T& Zn_Global()
+{
+    alignas(T) static unsigned char memory[sizeof(T)];
+    static T* object = new (memory) T();
+    return *object;
+}
+
+// InitWithMemory and FreeWithMemory for an item class: construct and destroy in memory of the
+// caller's; null is ignored.
+template <class Item>
+void Zn_InitInPlace(Item* memory)
+{
+    if (memory)
+        new (memory) Item();
+}
+template <class Item>
+void Zn_FreeInPlace(Item* item)
+{
+    if (item)
+        item->~Item();
+}
+
+template <class Item, class Handler, int DefaultOption = 0>
+class Zn_TypedList : public Zn_ObjList {
+public:
+    using ItemType = Item;
+
+    Zn_TypedList() noexcept : Zn_ObjList(&Handler::Instance(), DefaultOption) {}
+    explicit Zn_TypedList(int option) noexcept : Zn_ObjList(&Handler::Instance(), option) {}
+
+    const Item* GetItem(int index) const noexcept { return static_cast<const Item*>(Zn_ObjList::GetItem(index)); }
+    // The shared empty item, always the same, instead of null. Never change it.
+    const Item* GetItemNN(int index) const noexcept
+    {
+        const Item* item = GetItem(index);
+        return item ? item : &EmptyItem();
+    }
+    const Item* operator[](int index) const noexcept { return GetItemNN(index); }
+    // Writable item, or null.
+    Item* GetSafeItem(int index) noexcept { return static_cast<Item*>(Zn_ObjList::GetItem(index)); }
+
+    int Add(const Item& item) { return Zn_ObjList::Add(&item); }
+    int Add(const Item* item) { return item ? Zn_ObjList::Add(item) : -1; }
+    int Insert(int index, const Item& item) { return Zn_ObjList::Insert(index, &item); }
+    int Insert(int index, const Item* item) { return item ? Zn_ObjList::Insert(index, item) : -1; }
+    int AddLink(const Item* item) { return Zn_ObjList::AddLink(const_cast<Item*>(item)); }
+    int InsertLink(int index, const Item* item) { return Zn_ObjList::InsertLink(index, const_cast<Item*>(item)); }
+    int Set(int index, const Item& item, int grow = 0) { return Zn_ObjList::Set(index, &item, grow); }
+    int Set(int index, const Item* item, int grow = 0) { return item ? Zn_ObjList::Set(index, item, grow) : -1; }
+    int SetLink(int index, const Item* item, int grow = 0)
+    {
+        return Zn_ObjList::SetLink(index, const_cast<Item*>(item), grow);
+    }
+    Item* NewItem() { return static_cast<Item*>(Zn_ObjList::NewItem()); }
+
+    static const Item& EmptyItem() { return Handler::EmptyItem(); }
+
+    // Walks the items in order; an absent place gives the shared empty item.
+    class Iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Item;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Item*;
+        using reference = const Item&;
+
+        Iterator() noexcept = default;
+        Iterator(const Zn_TypedList* list, int index) noexcept : list_(list), index_(index) {}
+        const Item& operator*() const noexcept { return *list_->Zn_TypedList::GetItemNN(index_); }
+        const Item* operator->() const noexcept { return &**this; }
+        Iterator& operator++() noexcept { ++index_; return *this; }
+        Iterator operator++(int) noexcept { Iterator old = *this; ++index_; return old; }
+        friend bool operator==(const Iterator&, const Iterator&) noexcept = default;
+
+    private:
+        const Zn_TypedList* list_ = nullptr;
+        int index_ = 0;
+    };
+    Iterator begin() const noexcept { return Iterator(this, 0); }
+    Iterator end() const noexcept { return Iterator(this, Count()); }
+};
+
+// Adds look-up by id to a typed list whose items have a readable id; ids match without regard to case.
+// IdOf is a function object: IdOf{}(const Item&) -> std::u16string_view.
+template <class Item, class Handler, class IdOf, int DefaultOption = 0>
+class Zn_IdList : public Zn_TypedList<Item, Handler, DefaultOption> {
+public:
+    using Base = Zn_TypedList<Item, Handler, DefaultOption>;
+    using Base::Base;
+    using Base::GetItem;
+    using Base::GetItemNN;
+    using Base::GetSafeItem;
+    using Base::operator[];
+
+    // First index whose id matches, -1 for none or for null.
+    int FindId(const char16_t* id) const noexcept
+    {
+        return id ? FindIdView(std::u16string_view(id)) : -1;
+    }
+    const Item* GetItem(const char16_t* id) const noexcept { return GetItem(FindId(id)); }
+    const Item* GetItemNN(const char16_t* id) const noexcept { return GetItemNN(FindId(id)); }
+    Item* GetSafeItem(const char16_t* id) noexcept { return GetSafeItem(FindId(id)); }
+
+protected:
+    int FindIdView(std::u16string_view id) const noexcept
+    {
+        for (int i = 0, n = this->Count(); i < n; ++i) {
+            const Item* item = GetItem(i);
+            if (item && zn_iequal(IdOf{}(*item), id))
+                return i;
+        }
+        return -1;
+    }
+};
