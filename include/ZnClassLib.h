@@ -1,0 +1,26 @@
+// Every public header of the library, for programs that use most of it. A program that needs one
+// class includes that class's header and compiles faster.
+#pragma once
+
+#include "Zn_AString.h"
+#include "Zn_Base.h"
+#include "Zn_Buffer.h"
+#include "Zn_CodePage.h"
+#include "Zn_ColInfo.h"
+#include "Zn_Dataset.h"
+#include "Zn_DatasetList.h"
+#include "Zn_IntList.h"
+#include "Zn_ListObjHandler.h"
+#include "Zn_Message.h"
+#include "Zn_ObjBufPool.h"
+#include "Zn_ObjList.h"
+#include "Zn_PtrList.h"
+#include "Zn_Record.h"
+#include "Zn_Result.h"
+#include "Zn_StrList.h"
+#include "Zn_Stream.h"
+#include "Zn_StringBase.h"
+#include "Zn_Text.h"
+#include "Zn_TypedList.h"
+#include "Zn_Variable.h"
+#include "Zn_WString.h"
