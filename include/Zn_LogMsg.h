@@ -85,5 +85,9 @@ public:
 
     int Assign(const Zn_LogMsgList& other) { return AssignList(other); }
     int Append(const Zn_LogMsgList& other) { return AppendList(other); }
-    Zn_LogMsgList& operator+=(const Zn_LogMsgList& other) { AppendList(other); return *this; }
+    Zn_LogMsgList& operator+=(const Zn_LogMsgList& other)
+    {
+        AppendList(other);
+        return *this;
+    }
 };

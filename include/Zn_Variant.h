@@ -170,7 +170,7 @@ public:
         Set(list);
         return *this;
     }
-    // What Var_Add gives (Zn_VarOperators.h): anything a variant can be made from can be added.
+    // What Var_Add gives (Zn_VariantOp.h): anything a variant can be made from can be added.
     Zn_Variant& operator+=(const Zn_Variant& other);
 
     // Access without conversion, whatever the type code says: the value itself when it is of that kind. Otherwise

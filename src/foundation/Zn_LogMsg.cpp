@@ -6,7 +6,10 @@ namespace {
 
 constexpr int kFields = 5;
 
-bool IsSurrogate(char16_t ch, char16_t first) noexcept { return ch >= first && ch <= first + 0x3FF; }
+bool IsSurrogate(char16_t ch, char16_t first) noexcept
+{
+    return ch >= first && ch <= first + 0x3FF;
+}
 
 // How many units from a place on make one character; 0 for an unpaired surrogate.
 std::size_t CharacterAt(std::u16string_view text, std::size_t at) noexcept
@@ -163,9 +166,15 @@ int Zn_LogMsgHandler::_CompareItem(void* a, void* b)
     return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 
-Zn_LogMsgHandler& Zn_LogMsgHandler::Instance() { return Zn_Global<Zn_LogMsgHandler>(); }
+Zn_LogMsgHandler& Zn_LogMsgHandler::Instance()
+{
+    return Zn_Global<Zn_LogMsgHandler>();
+}
 
-const Zn_LogMsg& Zn_LogMsgHandler::EmptyItem() { return Zn_Global<Zn_LogMsg>(); }
+const Zn_LogMsg& Zn_LogMsgHandler::EmptyItem()
+{
+    return Zn_Global<Zn_LogMsg>();
+}
 
 int Zn_LogMsgList::Add(const Zn_WString& time, int level, const Zn_WString& source, int code, const Zn_WString& text)
 {

@@ -24,6 +24,12 @@ int Zn_MessageHandler::_CompareItem(void* a, void* b)
     return static_cast<int>(std::clamp<std::int64_t>(left - right, Limits::min(), Limits::max()));
 }
 
-Zn_MessageHandler& Zn_MessageHandler::Instance() { return Zn_Global<Zn_MessageHandler>(); }
+Zn_MessageHandler& Zn_MessageHandler::Instance()
+{
+    return Zn_Global<Zn_MessageHandler>();
+}
 
-const Zn_Message& Zn_MessageHandler::EmptyItem() { return Zn_Global<Zn_Message>(); }
+const Zn_Message& Zn_MessageHandler::EmptyItem()
+{
+    return Zn_Global<Zn_Message>();
+}

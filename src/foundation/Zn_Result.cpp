@@ -6,7 +6,10 @@ struct ListPool : Zn_ObjBufPool {
     ListPool() noexcept : Zn_ObjBufPool("Zn_Result", static_cast<int>(sizeof(Zn_MessageList)), 32) {}
 };
 
-bool IsError(const Zn_Message* message) noexcept { return message && message->code < 0; }
+bool IsError(const Zn_Message* message) noexcept
+{
+    return message && message->code < 0;
+}
 
 // The first error of a list at or after an index; null when there is none.
 const Zn_Message* FindError(const Zn_MessageList* list, int start) noexcept
@@ -29,11 +32,17 @@ int FindMark(const Zn_MessageList* list, int end) noexcept
     return 0;
 }
 
-int CodeOf(const Zn_Message* message) noexcept { return message ? message->code : 0; }
+int CodeOf(const Zn_Message* message) noexcept
+{
+    return message ? message->code : 0;
+}
 
 } // namespace
 
-Zn_Result::Zn_Result(const Zn_Result& other) noexcept : code_(other.code_) { ShareList(other); }
+Zn_Result::Zn_Result(const Zn_Result& other) noexcept : code_(other.code_)
+{
+    ShareList(other);
+}
 
 Zn_Result& Zn_Result::operator=(const Zn_Result& other)
 {
@@ -73,7 +82,10 @@ const Zn_Message* Zn_Result::operator[](int index) const noexcept
     return message ? message : &Zn_MessageList::EmptyItem();
 }
 
-const Zn_Message* Zn_Result::GetFirstErrorMsg() const noexcept { return FindError(messages_, 0); }
+const Zn_Message* Zn_Result::GetFirstErrorMsg() const noexcept
+{
+    return FindError(messages_, 0);
+}
 
 const Zn_Message* Zn_Result::GetLastErrorMsg() const noexcept
 {
@@ -84,11 +96,20 @@ const Zn_Message* Zn_Result::GetLastErrorMsg() const noexcept
     return nullptr;
 }
 
-int Zn_Result::GetFirstError() const noexcept { return CodeOf(GetFirstErrorMsg()); }
+int Zn_Result::GetFirstError() const noexcept
+{
+    return CodeOf(GetFirstErrorMsg());
+}
 
-int Zn_Result::GetLastError() const noexcept { return CodeOf(GetLastErrorMsg()); }
+int Zn_Result::GetLastError() const noexcept
+{
+    return CodeOf(GetLastErrorMsg());
+}
 
-int Zn_Result::GetStartError() const noexcept { return CodeOf(FindError(messages_, FindMark(messages_, Count()))); }
+int Zn_Result::GetStartError() const noexcept
+{
+    return CodeOf(FindError(messages_, FindMark(messages_, Count())));
+}
 
 // Callers rely on the search ending one message earlier than that of GetStartError.
 const Zn_Message* Zn_Result::GetStartErrorMsg() const noexcept

@@ -114,10 +114,12 @@ Zn_WString Zn_Result::GetMsgWithFormat(unsigned codePage) const
         }
         Zn_WString line;
         out += line.Format(u"\"%d\",\"%d\",\"%hs\",\"%d\",\"%s\"\n", message->code, message->GetTime(),
-                           message->GetSource().GetText(), message->GetLine(),
-                           GetMessageStr(i, codePage).GetText());
+                           message->GetSource().GetText(), message->GetLine(), GetMessageStr(i, codePage).GetText());
     }
     return out;
 }
 
-Zn_WString Zn_Result::GetLastMsg() const { return messages_ ? GetMessageStr(Count() - 1, 0) : Zn_WString(); }
+Zn_WString Zn_Result::GetLastMsg() const
+{
+    return messages_ ? GetMessageStr(Count() - 1, 0) : Zn_WString();
+}

@@ -9,10 +9,10 @@ namespace zn::messages {
 
 template <class Char>
 struct Placeholder {
-    std::size_t start = 0;  // where its % stands; the text's length when there are no more
-    std::size_t end = 0;    // just past its conversion character
-    std::size_t flags = 0;  // flags, width and precision: text[start + 1, start + 1 + flags)
-    Char conversion = 0;    // 0 when the text ends first
+    std::size_t start = 0;    // where its % stands; the text's length when there are no more
+    std::size_t end = 0;      // just past its conversion character
+    std::size_t flags = 0;    // flags, width and precision: text[start + 1, start + 1 + flags)
+    Char conversion = 0;      // 0 when the text ends first
     bool hasModifier = false; // a length such as h, l, ll
 };
 
