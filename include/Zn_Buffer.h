@@ -7,8 +7,9 @@
 
 #include "Zn_Base.h"
 
+#include <atomic>
+#include <cstring>
 #include <span>
-#include <string_view>
 
 class Zn_AString;
 
@@ -24,7 +25,16 @@ public:
     void Set(const unsigned char* bytes, int length);
     void Set(const Zn_Buffer& other) { *this = other; }
     // Accepts bytes of this buffer itself.
-    void Append(const unsigned char* bytes, int length);
+    void Append(const unsigned char* bytes, int length)
+    {
+        if (!bytes || length < 1)
+            return;
+        if (!IsOwn(length)) [[unlikely]]
+            return AppendSlowly(bytes, length);
+        Header* header = HeaderOf(data_);
+        std::memcpy(data_ + header->length, bytes, static_cast<std::size_t>(length));
+        header->length += length;
+    }
     // Appends wide text (length -1: up to its terminator) converted to a code page (0: the locale's).
     void AppendStr(const char16_t* text, int length, unsigned codePage);
     // Changes the length; new bytes are zero.
@@ -33,11 +43,14 @@ public:
     int AddSize(int count);
     // Room for a length of that many bytes, so that appending up to it moves nothing.
     void Reserve(int length);
-    int GetLength() const noexcept;
+    int GetLength() const noexcept { return data_ ? HeaderOf(data_)->length : 0; }
     // The byte at an offset; 0 outside the buffer.
-    unsigned char GetAt(int offset) const noexcept;
+    unsigned char GetAt(int offset) const noexcept
+    {
+        return offset >= 0 && offset < GetLength() ? data_[offset] : static_cast<unsigned char>(0);
+    }
     // The bytes; never null. Valid until this buffer changes.
-    const unsigned char* GetData() const noexcept;
+    const unsigned char* GetData() const noexcept { return data_ ? data_ : &kNothing; }
     std::span<const unsigned char> GetSpan() const noexcept
     {
         return {GetData(), static_cast<std::size_t>(GetLength())};
@@ -53,9 +66,30 @@ public:
     friend bool operator==(const Zn_Buffer& a, const Zn_Buffer& b) noexcept { return a.IsEqual(b); }
 
 private:
-    bool IsEqual(const Zn_Buffer& other) const noexcept;
-    bool MakeOwn(int capacity);
+    // In front of the bytes.
+    struct Header {
+        std::atomic<std::int32_t> refs;
+        std::int32_t length;
+        std::int32_t capacity;
+    };
 
+    static Header* HeaderOf(unsigned char* data) noexcept { return reinterpret_cast<Header*>(data) - 1; }
+    // Whether no other buffer shares the bytes and count more fit behind them.
+    bool IsOwn(int count) const noexcept
+    {
+        return data_ && HeaderOf(data_)->capacity - HeaderOf(data_)->length >= count &&
+               HeaderOf(data_)->refs.load(std::memory_order_acquire) == 1;
+    }
+    static unsigned char* NewBytes(int capacity) noexcept;
+    static unsigned char* Share(unsigned char* data) noexcept;
+    static void Drop(unsigned char* data) noexcept;
+    // Makes the bytes this buffer's own with room for capacity of them, at least; false when it can't.
+    bool MakeOwn(int capacity) noexcept;
+    bool MakeRoom(int more) noexcept;
+    void AppendSlowly(const unsigned char* bytes, int length) noexcept;
+    bool IsEqual(const Zn_Buffer& other) const noexcept;
+
+    static inline constexpr unsigned char kNothing = 0;
     unsigned char* data_ = nullptr;
 };
 

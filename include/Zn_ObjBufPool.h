@@ -7,9 +7,6 @@
 #include "Zn_Base.h"
 
 #include <atomic>
-#include <mutex>
-
-class Zn_ObjBufPool;
 
 // The count in front of a block. A new block has count 0; the holder that takes it first calls AddRef.
 class ZN_API Zn_ObjBufData {
@@ -24,7 +21,6 @@ public:
     void* GetItem() noexcept { return this + 1; }
 
 private:
-    friend class Zn_ObjBufPool;
     alignas(8) std::atomic<std::int32_t> refs_{0};
 };
 
@@ -43,6 +39,7 @@ public:
     void* Alloc() noexcept;
     // Up to count of them into items, in rising addresses where it can; returns how many it got.
     int Alloc(void** items, int count) noexcept;
+    // Null does nothing. With the last item of all, the pool gives its memory back but for one block.
     void Free(void* item) noexcept;
     // Whether an address is an item of this pool (handed out or not).
     bool Owns(const void* item) const noexcept;
@@ -54,17 +51,24 @@ public:
     int GetUsedCount() const noexcept;
 
 private:
-    struct Block;
     struct FreeItem;
+    class Guard;
+    void* Take() noexcept;
     bool Grow() noexcept;
+    void Shrink() noexcept;
+    void OpenBlock(unsigned char* block) noexcept;
 
     const char* name_;
     int itemSize_;
     int itemsPerBlock_;
+    int stride_; // from one item's count to the next
     int used_ = 0;
     FreeItem* free_ = nullptr;
-    unsigned char* fresh_ = nullptr;      // not yet used part of the newest block
+    unsigned char* fresh_ = nullptr; // not yet used part of the newest block
     unsigned char* freshEnd_ = nullptr;
-    Block* blocks_ = nullptr;
-    mutable std::mutex lock_;
+    unsigned char** blocks_ = nullptr; // in the order of their addresses
+    int blockCount_ = 0;
+    int blockRoom_ = 0;
+    mutable int lastOwner_ = 0; // where Owns last found an item
+    mutable std::atomic<bool> locked_{false};
 };

@@ -5,27 +5,32 @@
 // handler (from NewItem, or one that another list holds, which both then share); an address that is
 // no item of the handler's pool is copied instead. A place may be absent (null).
 //
+// An item that a ...Link operation refuses (-1, or an equal one of an ordered list) stays the caller's.
+//
 // Indexes are 0-based. Operations that can't (index out of range, null item, no memory) return -1
 // or null and change nothing. Inserting or deleting anywhere, and look-up by index, cost at most
 // the logarithm of the count. One list is used by one thread at a time.
 #pragma once
 
 #include "Zn_ListObjHandler.h"
+#include "Zn_PointerSeq.h"
 
 class ZN_API Zn_ObjList {
 public:
     // With option 1 items are kept in the handler's order and Add does not add one that compares
-    // equal to one already there, but returns its index.
+    // equal to one already there, but returns its index. Absent places come last. What Insert, Set and
+    // Exchange put elsewhere stands where it was told: keeping the order is then the caller's.
     explicit Zn_ObjList(Zn_ListObjHandler* handler, int option = 0) noexcept;
     Zn_ObjList(const Zn_ObjList& other);
     Zn_ObjList(Zn_ObjList&& other) noexcept;
+    // Assigning takes over the items; the option stays the list's own.
     Zn_ObjList& operator=(const Zn_ObjList& other);
     Zn_ObjList& operator=(Zn_ObjList&& other) noexcept;
     ~Zn_ObjList();
 
-    int Count() const noexcept;
+    int Count() const noexcept { return places_.Count(); }
     // Null when out of range or absent.
-    void* GetItem(int index) const noexcept;
+    void* GetItem(int index) const noexcept { return places_.At(index); }
     // As GetItem; with create the list first grows to index + 1 items, all made by the handler, and an
     // absent place at index is filled.
     void* GetSafeItem(int index, int create);
@@ -53,25 +58,40 @@ public:
     void ReleaseList() noexcept;
 
     Zn_ListObjHandler* GetHandler() const noexcept { return handler_; }
-    int GetOption() const noexcept;
+    int GetOption() const noexcept { return places_.GetTag(); }
     // A default item of count 0, for one of the ...Link operations to take over.
     void* NewItem() { return handler_->NewItem(); }
 
 protected:
     // Adds count absent places at an index; -1 when it can't.
     int InsertAbsent(int index, int count);
-    // Adds at the end whatever the option says.
+    // Add at the end whatever the option says.
     int AppendItem(const void* item);
     int AppendItemLink(void* item);
-    // Takes the item out without giving up its count; the caller owns that count now.
+    int AppendItems(const Zn_ObjList& other);
+    // Takes the place out without giving up its item's count; the caller owns that count now.
     void* Detach(int index) noexcept;
+    // Deletes in one walk the items for which pred(void* item) is true; absent places are asked for as null. Returns
+    // how many. Neither pred nor the destruction of an item may touch this list.
+    template <class Pred>
+    int DeleteIf(Pred pred)
+    {
+        return DeleteChosen([](void* item, void* context) { return bool((*static_cast<Pred*>(context))(item)); }, &pred);
+    }
+    // Exchanges the items, the option and the handler.
     void SwapList(Zn_ObjList& other) noexcept;
 
 private:
-    struct Body;
-    friend struct Body;
+    bool IsOrdered() const noexcept { return GetOption() == 1; }
+    int ClampIndex(int index) const noexcept { return index < 0 ? 0 : index > Count() ? Count() : index; }
     int FindPlace(const void* item, bool& found) const;
+    void* Hold(void* item);
+    int Place(int index, void* held);
+    int Replace(int index, void* held, int grow);
+    int AddAll(const Zn_ObjList& other);
+    int DeleteChosen(bool (*chosen)(void* item, void* context), void* context);
+    void DropItems(int start, int count) noexcept;
 
     Zn_ListObjHandler* handler_;
-    Body* body_;
+    Zn_PointerSeq places_;
 };

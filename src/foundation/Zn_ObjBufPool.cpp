@@ -1,0 +1,182 @@
+#include "Zn_ObjBufPool.h"
+
+#include "foundation/memory.h"
+
+#include <algorithm>
+#include <climits>
+#include <new>
+#include <thread>
+
+// Memory that is not handed out is closed to everybody, so that the sanitizer sees the use of a
+// destroyed item.
+#if defined(__has_feature)
+#  if __has_feature(address_sanitizer)
+#    define ZN_HAS_ASAN 1
+#  endif
+#elif defined(__SANITIZE_ADDRESS__)
+#  define ZN_HAS_ASAN 1
+#endif
+#ifdef ZN_HAS_ASAN
+#  include <sanitizer/asan_interface.h>
+#else
+#  define ASAN_POISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
+#  define ASAN_UNPOISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
+#endif
+
+// An item given back, seen from where its count was.
+struct Zn_ObjBufPool::FreeItem {
+    FreeItem* next;
+};
+
+// The lock is held for a few instructions, but for the rare new block: spinning beats a mutex.
+class Zn_ObjBufPool::Guard {
+public:
+    explicit Guard(const Zn_ObjBufPool& pool) noexcept : locked_(pool.locked_)
+    {
+        while (locked_.exchange(true, std::memory_order_acquire))
+            Wait();
+    }
+    ~Guard() { locked_.store(false, std::memory_order_release); }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+private:
+    void Wait() const noexcept
+    {
+        for (int spins = 0; locked_.load(std::memory_order_relaxed); ++spins)
+            if (spins >= 64)
+                std::this_thread::yield();
+    }
+
+    std::atomic<bool>& locked_;
+};
+
+Zn_ObjBufPool::Zn_ObjBufPool(const char* name, int itemSize, int itemsPerBlock) noexcept
+    : name_(name), itemSize_(std::clamp(itemSize, 1, INT_MAX / 4)), itemsPerBlock_(std::max(itemsPerBlock, 1)),
+      stride_(static_cast<int>(sizeof(Zn_ObjBufData)) + (itemSize_ + 7) / 8 * 8)
+{
+    itemsPerBlock_ = std::min(itemsPerBlock_, INT_MAX / stride_);
+}
+
+Zn_ObjBufPool::Zn_ObjBufPool(const Zn_ObjBufPool& other) noexcept
+    : Zn_ObjBufPool(other.name_, other.itemSize_, other.itemsPerBlock_)
+{
+}
+
+Zn_ObjBufPool::~Zn_ObjBufPool()
+{
+    while (blockCount_ > 0)
+        zn_free(blocks_[--blockCount_]);
+    zn_free(blocks_);
+}
+
+void* Zn_ObjBufPool::Alloc() noexcept
+{
+    const Guard guard(*this);
+    return Take();
+}
+
+int Zn_ObjBufPool::Alloc(void** items, int count) noexcept
+{
+    const Guard guard(*this);
+    for (int i = 0; i < count; ++i)
+        if (!(items[i] = Take()))
+            return i;
+    return std::max(count, 0);
+}
+
+void* Zn_ObjBufPool::Take() noexcept
+{
+    void* memory = free_;
+    if (memory) {
+        ASAN_UNPOISON_MEMORY_REGION(memory, static_cast<std::size_t>(stride_));
+        free_ = free_->next;
+    } else if (fresh_ != freshEnd_ || Grow()) {
+        memory = fresh_;
+        ASAN_UNPOISON_MEMORY_REGION(memory, static_cast<std::size_t>(stride_));
+        fresh_ += stride_;
+    } else {
+        return nullptr;
+    }
+    ++used_;
+    return (new (memory) Zn_ObjBufData)->GetItem();
+}
+
+void Zn_ObjBufPool::Free(void* item) noexcept
+{
+    if (!item)
+        return;
+    const Guard guard(*this);
+    free_ = new (Zn_ObjBufData::FromItem(item)) FreeItem{free_};
+    ASAN_POISON_MEMORY_REGION(free_, static_cast<std::size_t>(stride_));
+    if (--used_ == 0 && blockCount_ > 1)
+        Shrink();
+}
+
+bool Zn_ObjBufPool::Grow() noexcept
+{
+    if (blockCount_ == blockRoom_) {
+        const int room = blockRoom_ + blockRoom_ / 2 + 8;
+        constexpr int kMost = INT_MAX / static_cast<int>(sizeof(void*));
+        void* grown = room > kMost ? nullptr : zn::Reallocate(blocks_, room * static_cast<int>(sizeof(void*)));
+        if (!grown)
+            return false;
+        blocks_ = static_cast<unsigned char**>(grown);
+        blockRoom_ = room;
+    }
+    auto* block = static_cast<unsigned char*>(_zn_malloc(stride_ * itemsPerBlock_));
+    if (!block)
+        return false;
+    unsigned char** end = blocks_ + blockCount_;
+    unsigned char** place = std::upper_bound(blocks_, end, block, std::less<>());
+    std::copy_backward(place, end, end + 1);
+    *place = block;
+    ++blockCount_;
+    OpenBlock(block);
+    return true;
+}
+
+void Zn_ObjBufPool::Shrink() noexcept
+{
+    while (blockCount_ > 1) {
+        unsigned char* block = blocks_[--blockCount_];
+        ASAN_UNPOISON_MEMORY_REGION(block, static_cast<std::size_t>(stride_ * itemsPerBlock_));
+        zn_free(block);
+    }
+    free_ = nullptr;
+    OpenBlock(blocks_[0]);
+}
+
+void Zn_ObjBufPool::OpenBlock(unsigned char* block) noexcept
+{
+    fresh_ = block;
+    freshEnd_ = block + stride_ * itemsPerBlock_;
+    ASAN_POISON_MEMORY_REGION(block, static_cast<std::size_t>(stride_ * itemsPerBlock_));
+}
+
+bool Zn_ObjBufPool::Owns(const void* item) const noexcept
+{
+    const Guard guard(*this);
+    const auto address = reinterpret_cast<std::uintptr_t>(item) - sizeof(Zn_ObjBufData);
+    const auto blockSize = static_cast<std::uintptr_t>(stride_ * itemsPerBlock_);
+    const auto offsetIn = [&](int block) { return address - reinterpret_cast<std::uintptr_t>(blocks_[block]); };
+    int block = lastOwner_;
+    if (block >= blockCount_ || offsetIn(block) >= blockSize) {
+        unsigned char** next = std::upper_bound(
+            blocks_, blocks_ + blockCount_, address,
+            [](std::uintptr_t a, const unsigned char* b) { return a < reinterpret_cast<std::uintptr_t>(b); });
+        if (next == blocks_)
+            return false;
+        block = static_cast<int>(next - blocks_) - 1;
+        if (offsetIn(block) >= blockSize)
+            return false;
+        lastOwner_ = block;
+    }
+    return offsetIn(block) % static_cast<std::uintptr_t>(stride_) == 0;
+}
+
+int Zn_ObjBufPool::GetUsedCount() const noexcept
+{
+    const Guard guard(*this);
+    return used_;
+}

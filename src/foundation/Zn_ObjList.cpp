@@ -1,0 +1,341 @@
+#include "Zn_ObjList.h"
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+static_assert(sizeof(Zn_ObjList) == 2 * sizeof(void*));
+
+Zn_ObjList::Zn_ObjList(Zn_ListObjHandler* handler, int option) noexcept : handler_(handler), places_(option) {}
+
+Zn_ObjList::Zn_ObjList(const Zn_ObjList& other) : Zn_ObjList(other.handler_, other.GetOption())
+{
+    AppendItems(other);
+}
+
+Zn_ObjList::Zn_ObjList(Zn_ObjList&& other) noexcept : Zn_ObjList(other.handler_, other.GetOption())
+{
+    places_.Swap(other.places_);
+}
+
+Zn_ObjList& Zn_ObjList::operator=(const Zn_ObjList& other)
+{
+    AssignList(other);
+    return *this;
+}
+
+Zn_ObjList& Zn_ObjList::operator=(Zn_ObjList&& other) noexcept
+{
+    if (this == &other)
+        return *this;
+    if (GetOption() != other.GetOption()) {
+        AssignList(other);
+        other.ReleaseList();
+        return *this;
+    }
+    ReleaseList();
+    SwapList(other);
+    return *this;
+}
+
+Zn_ObjList::~Zn_ObjList()
+{
+    ReleaseList();
+}
+
+// A holder's own item: the item itself where it is one of the pool's, else a copy; null for null or
+// without memory. Whoever gets it owns one count.
+void* Zn_ObjList::Hold(void* item)
+{
+    if (item && !handler_->GetPool().Owns(item))
+        item = handler_->NewCopy(item);
+    if (item)
+        Zn_ListObjHandler::Hold(item);
+    return item;
+}
+
+// Puts an item whose count is ours into a new place; gives the count up when that fails.
+int Zn_ObjList::Place(int index, void* held)
+{
+    if (!held)
+        return -1;
+    index = ClampIndex(index);
+    if (places_.Insert(index, &held, 1))
+        return index;
+    handler_->Drop(held);
+    return -1;
+}
+
+// The index of the first item that is not before the given one. Absent places come after every item.
+int Zn_ObjList::FindPlace(const void* item, bool& found) const
+{
+    void* sought = const_cast<void*>(item);
+    int low = 0;
+    int high = Count();
+    while (low < high) {
+        const int middle = low + (high - low) / 2;
+        void* there = GetItem(middle);
+        if (there && handler_->_CompareItem(there, sought) < 0)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    void* there = GetItem(low);
+    found = there && handler_->_CompareItem(there, sought) == 0;
+    return low;
+}
+
+void* Zn_ObjList::GetSafeItem(int index, int create)
+{
+    void* item = GetItem(index);
+    if (item || !create || index < 0)
+        return item;
+    const int before = Count();
+    if (index == INT_MAX || (index >= before && !places_.Reserve(index + 1)))
+        return nullptr;
+    while (Count() <= index) {
+        if (Place(Count(), Hold(handler_->NewItem())) < 0) {
+            Delete(before, Count() - before);
+            return nullptr;
+        }
+    }
+    if (!GetItem(index))
+        SetLink(index, handler_->NewItem());
+    return GetItem(index);
+}
+
+int Zn_ObjList::Add(const void* item)
+{
+    if (!item || !IsOrdered())
+        return AppendItem(item);
+    bool found = false;
+    const int index = FindPlace(item, found);
+    return found ? index : Insert(index, item);
+}
+
+int Zn_ObjList::Insert(int index, const void* item)
+{
+    return item ? Place(index, Hold(handler_->NewCopy(item))) : -1;
+}
+
+int Zn_ObjList::AddLink(void* item)
+{
+    if (!item || !IsOrdered())
+        return AppendItemLink(item);
+    bool found = false;
+    const int index = FindPlace(item, found);
+    return found ? index : InsertLink(index, item);
+}
+
+int Zn_ObjList::InsertLink(int index, void* item)
+{
+    return Place(index, Hold(item));
+}
+
+int Zn_ObjList::AppendItem(const void* item)
+{
+    return Insert(Count(), item);
+}
+
+int Zn_ObjList::AppendItemLink(void* item)
+{
+    return InsertLink(Count(), item);
+}
+
+int Zn_ObjList::Set(int index, const void* item, int grow)
+{
+    return item ? Replace(index, Hold(handler_->NewCopy(item)), grow) : -1;
+}
+
+int Zn_ObjList::SetLink(int index, void* item, int grow)
+{
+    return Replace(index, Hold(item), grow);
+}
+
+// Puts an item whose count is ours into a place that is there or, with grow, made; gives the count up
+// when that fails.
+int Zn_ObjList::Replace(int index, void* held, int grow)
+{
+    if (!held)
+        return -1;
+    const bool missing = index >= Count();
+    if (index < 0 || (missing && (!grow || index == INT_MAX || InsertAbsent(Count(), index + 1 - Count()) < 0))) {
+        handler_->Drop(held);
+        return -1;
+    }
+    if (void* old = std::exchange(places_.Run(index)[0], held))
+        handler_->Drop(old);
+    return index;
+}
+
+int Zn_ObjList::InsertAbsent(int index, int count)
+{
+    index = ClampIndex(index);
+    return count > 0 && places_.Insert(index, nullptr, count) ? index : -1;
+}
+
+void* Zn_ObjList::Detach(int index) noexcept
+{
+    void* item = GetItem(index);
+    if (index >= 0 && index < Count())
+        places_.Remove(index, 1);
+    return item;
+}
+
+int Zn_ObjList::Delete(int start, int count)
+{
+    if (start < 0 || start >= Count() || count < 1)
+        return 0;
+    count = std::min(count, Count() - start);
+    if (count == Count()) {
+        ReleaseList();
+    } else if (count == 1) {
+        if (void* item = Detach(start))
+            handler_->Drop(item);
+    } else {
+        DropItems(start, count);
+        places_.Remove(start, count);
+    }
+    return count;
+}
+
+// Gives up the items of a range, whose places stay behind.
+void Zn_ObjList::DropItems(int start, int count) noexcept
+{
+    while (count > 0) {
+        std::span<void*> run = places_.Run(start);
+        run = run.first(std::min(run.size(), static_cast<std::size_t>(count)));
+        for (void*& place : run)
+            if (void* item = std::exchange(place, nullptr))
+                handler_->Drop(item);
+        start += static_cast<int>(run.size());
+        count -= static_cast<int>(run.size());
+    }
+}
+
+int Zn_ObjList::DeleteChosen(bool (*chosen)(void* item, void* context), void* context)
+{
+    int kept = 0;
+    std::span<void*> target;
+    places_.ForEach([&](void* item) {
+        if (chosen(item, context)) {
+            if (item)
+                handler_->Drop(item);
+            return;
+        }
+        if (target.empty())
+            target = places_.Run(kept);
+        target[0] = item;
+        target = target.subspan(1);
+        ++kept;
+    });
+    const int deleted = Count() - kept;
+    places_.Remove(kept, deleted);
+    return deleted;
+}
+
+int Zn_ObjList::Exchange(int a, int b) noexcept
+{
+    if (a < 0 || b < 0 || a >= Count() || b >= Count())
+        return 0;
+    std::swap(places_.Run(a)[0], places_.Run(b)[0]);
+    return 1;
+}
+
+int Zn_ObjList::FindItem(const void* item) const
+{
+    if (!item)
+        return -1;
+    if (IsOrdered()) {
+        bool found = false;
+        const int index = FindPlace(item, found);
+        return found ? index : -1;
+    }
+    for (int i = 0; i < Count(); ++i) {
+        void* there = GetItem(i);
+        if (there && handler_->_CompareItem(there, const_cast<void*>(item)) == 0)
+            return i;
+    }
+    return -1;
+}
+
+void Zn_ObjList::AllocItems(int n)
+{
+    places_.Reserve(n);
+}
+
+int Zn_ObjList::AssignList(const Zn_ObjList& other)
+{
+    if (this == &other)
+        return Count();
+    Zn_ObjList copy(handler_, GetOption());
+    const bool sameOrder = GetOption() == other.GetOption();
+    const int count = sameOrder ? copy.AppendItems(other) : copy.AppendList(other);
+    if (count >= 0)
+        SwapList(copy);
+    return count;
+}
+
+int Zn_ObjList::AppendList(const Zn_ObjList& other)
+{
+    return IsOrdered() ? AddAll(other) : AppendItems(other);
+}
+
+// Appends copies as they stand, absent places included.
+int Zn_ObjList::AppendItems(const Zn_ObjList& other)
+{
+    const int before = Count();
+    const int count = other.Count();
+    if (count > INT_MAX - before || !places_.Reserve(before + count))
+        return -1;
+    for (int i = 0; i < count; ++i) {
+        const void* item = other.GetItem(i);
+        const int index = item ? AppendItem(item) : InsertAbsent(Count(), 1);
+        if (index < 0) {
+            Delete(before, Count() - before);
+            return -1;
+        }
+    }
+    return Count();
+}
+
+// Adds copies in the handler's order; those that were added go again when memory runs out.
+int Zn_ObjList::AddAll(const Zn_ObjList& other)
+{
+    if (this == &other)
+        return Count();
+    Zn_ObjList added(handler_);
+    if (!added.places_.Reserve(other.Count()))
+        return -1;
+    for (int i = 0; i < other.Count(); ++i) {
+        const void* item = other.GetItem(i);
+        bool found = false;
+        const int index = item ? FindPlace(item, found) : 0;
+        if (!item || found)
+            continue;
+        if (Insert(index, item) < 0) {
+            for (int k = 0; k < added.Count(); ++k)
+                Delete(FindItem(added.GetItem(k)));
+            return -1;
+        }
+        added.AddLink(GetItem(index));
+    }
+    return Count();
+}
+
+void Zn_ObjList::ReleaseList() noexcept
+{
+    // The list is empty before its items go, whatever their destruction does.
+    Zn_PointerSeq old(GetOption());
+    old.Swap(places_);
+    old.ForEach([&](void* item) {
+        if (item)
+            handler_->Drop(item);
+    });
+}
+
+void Zn_ObjList::SwapList(Zn_ObjList& other) noexcept
+{
+    std::swap(handler_, other.handler_);
+    places_.Swap(other.places_);
+}

@@ -1,0 +1,21 @@
+// The allocator's inner side: growing in place, and a switch with which tests make it fail.
+//
+// Everything the library keeps in pools, buffers, strings and lists comes from _zn_malloc, so a test
+// that fails one allocation after another meets every place where memory can run out.
+#pragma once
+
+#include "Zn_Base.h"
+
+namespace zn {
+
+// Resizes what _zn_malloc returned (null: as _zn_malloc), keeping its bytes; null when it can't, and then
+// the old memory stays as it was.
+void* Reallocate(void* memory, int size) noexcept;
+
+// Lets the n-th allocation from now on fail, once (1 is the next); 0 switches failing off. Of one thread's
+// use at a time: meant for tests.
+void FailAllocation(int n) noexcept;
+// Whether the allocation asked for has failed since.
+bool AllocationFailed() noexcept;
+
+} // namespace zn
