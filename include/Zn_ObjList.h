@@ -76,7 +76,8 @@ protected:
     template <class Pred>
     int DeleteIf(Pred pred)
     {
-        return DeleteChosen([](void* item, void* context) { return bool((*static_cast<Pred*>(context))(item)); }, &pred);
+        return DeleteChosen([](void* item, void* context) { return bool((*static_cast<Pred*>(context))(item)); },
+                            &pred);
     }
     // Exchanges the items, the option and the handler.
     void SwapList(Zn_ObjList& other) noexcept;

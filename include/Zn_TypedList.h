@@ -16,6 +16,7 @@
 
 #include "Zn_ObjList.h"
 #include "Zn_Text.h"
+#include "Zn_WString.h"
 
 #include <cstddef>
 #include <iterator>
@@ -25,7 +26,9 @@ template <class Item>
 class Zn_TypedHandler : public Zn_ListObjHandler {
 public:
     Zn_TypedHandler(const char* poolName, int itemsPerBlock) noexcept
-        : Zn_ListObjHandler(poolName, static_cast<int>(sizeof(Item)), itemsPerBlock) {}
+        : Zn_ListObjHandler(poolName, static_cast<int>(sizeof(Item)), itemsPerBlock)
+    {
+    }
 
     void* _InitItem(void* memory) override
     {
@@ -33,10 +36,7 @@ public:
         return memory;
     }
     void _FreeItem(void* item) override { Item::FreeWithMemory(static_cast<Item*>(item)); }
-    void _AssignItem(void* dst, void* src) override
-    {
-        static_cast<Item*>(dst)->Set(*static_cast<const Item*>(src));
-    }
+    void _AssignItem(void* dst, void* src) override { static_cast<Item*>(dst)->Set(*static_cast<const Item*>(src)); }
 };
 
 // A process-wide object that is made on first use and lives to the end of the process, so that
@@ -112,8 +112,17 @@ public:
         Iterator(const Zn_TypedList* list, int index) noexcept : list_(list), index_(index) {}
         const Item& operator*() const noexcept { return *list_->Zn_TypedList::GetItemNN(index_); }
         const Item* operator->() const noexcept { return &**this; }
-        Iterator& operator++() noexcept { ++index_; return *this; }
-        Iterator operator++(int) noexcept { Iterator old = *this; ++index_; return old; }
+        Iterator& operator++() noexcept
+        {
+            ++index_;
+            return *this;
+        }
+        Iterator operator++(int) noexcept
+        {
+            Iterator old = *this;
+            ++index_;
+            return old;
+        }
         friend bool operator==(const Iterator&, const Iterator&) noexcept = default;
 
     private:
@@ -122,6 +131,21 @@ public:
     };
     Iterator begin() const noexcept { return Iterator(this, 0); }
     Iterator end() const noexcept { return Iterator(this, Count()); }
+};
+
+// A name to look up, from wide text of any kind. A null pointer stays null: it names nothing.
+class Zn_NameArg {
+public:
+    Zn_NameArg(const char16_t* text) noexcept : text_(text ? std::u16string_view(text) : std::u16string_view()) {}
+    Zn_NameArg(std::u16string_view text) noexcept : text_(text.data() ? text : std::u16string_view(u"")) {}
+    Zn_NameArg(const Zn_WString& text) noexcept : text_(text.GetView()) {}
+
+    bool IsNull() const noexcept { return !text_.data(); }
+    bool IsEmpty() const noexcept { return text_.empty(); }
+    std::u16string_view GetView() const noexcept { return text_; }
+
+private:
+    std::u16string_view text_;
 };
 
 // Adds look-up by id to a typed list whose items have a readable id; ids match without regard to case.
@@ -137,22 +161,23 @@ public:
     using Base::operator[];
 
     // First index whose id matches, -1 for none or for null.
-    int FindId(const char16_t* id) const noexcept
+    int FindId(Zn_NameArg id) const noexcept
     {
-        return id ? FindIdView(std::u16string_view(id)) : -1;
-    }
-    const Item* GetItem(const char16_t* id) const noexcept { return GetItem(FindId(id)); }
-    const Item* GetItemNN(const char16_t* id) const noexcept { return GetItemNN(FindId(id)); }
-    Item* GetSafeItem(const char16_t* id) noexcept { return GetSafeItem(FindId(id)); }
-
-protected:
-    int FindIdView(std::u16string_view id) const noexcept
-    {
+        if (id.IsNull())
+            return -1;
+        const std::u16string_view sought = id.GetView();
         for (int i = 0, n = this->Count(); i < n; ++i) {
             const Item* item = GetItem(i);
-            if (item && zn_iequal(IdOf{}(*item), id))
+            if (!item)
+                continue;
+            const std::u16string_view there = IdOf{}(*item);
+            // Case is folded unit by unit, so equal names are equally long.
+            if (there.size() == sought.size() && zn_iequal(there, sought))
                 return i;
         }
         return -1;
     }
+    const Item* GetItem(Zn_NameArg id) const noexcept { return GetItem(FindId(id)); }
+    const Item* GetItemNN(Zn_NameArg id) const noexcept { return GetItemNN(FindId(id)); }
+    Item* GetSafeItem(Zn_NameArg id) noexcept { return GetSafeItem(FindId(id)); }
 };

@@ -10,17 +10,17 @@
 // Memory that is not handed out is closed to everybody, so that the sanitizer sees the use of a
 // destroyed item.
 #if defined(__has_feature)
-#  if __has_feature(address_sanitizer)
-#    define ZN_HAS_ASAN 1
-#  endif
+#    if __has_feature(address_sanitizer)
+#        define ZN_HAS_ASAN 1
+#    endif
 #elif defined(__SANITIZE_ADDRESS__)
-#  define ZN_HAS_ASAN 1
+#    define ZN_HAS_ASAN 1
 #endif
 #ifdef ZN_HAS_ASAN
-#  include <sanitizer/asan_interface.h>
+#    include <sanitizer/asan_interface.h>
 #else
-#  define ASAN_POISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
-#  define ASAN_UNPOISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
+#    define ASAN_POISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
+#    define ASAN_UNPOISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
 #endif
 
 // An item given back, seen from where its count was.
@@ -162,9 +162,10 @@ bool Zn_ObjBufPool::Owns(const void* item) const noexcept
     const auto offsetIn = [&](int block) { return address - reinterpret_cast<std::uintptr_t>(blocks_[block]); };
     int block = lastOwner_;
     if (block >= blockCount_ || offsetIn(block) >= blockSize) {
-        unsigned char** next = std::upper_bound(
-            blocks_, blocks_ + blockCount_, address,
-            [](std::uintptr_t a, const unsigned char* b) { return a < reinterpret_cast<std::uintptr_t>(b); });
+        unsigned char** next =
+            std::upper_bound(blocks_, blocks_ + blockCount_, address, [](std::uintptr_t a, const unsigned char* b) {
+                return a < reinterpret_cast<std::uintptr_t>(b);
+            });
         if (next == blocks_)
             return false;
         block = static_cast<int>(next - blocks_) - 1;

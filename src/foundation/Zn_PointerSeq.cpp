@@ -10,10 +10,10 @@
 
 namespace {
 
-constexpr int kChunk = 512;           // places of one chunk
-constexpr int kFill = kChunk / 8 * 7; // of them taken when an array becomes chunks
+constexpr int kChunk = 512;            // places of one chunk
+constexpr int kFill = kChunk / 8 * 7;  // of them taken when an array becomes chunks
 constexpr int kMerge = kChunk / 4 * 3; // two neighbours that hold no more become one
-constexpr int kFar = 2048; // to move more places than that for one pointer is worth having chunks
+constexpr int kFar = 2048;             // to move more places than that for one pointer is worth having chunks
 
 constexpr int kPointer = static_cast<int>(sizeof(void*));
 

@@ -1,0 +1,177 @@
+#include "Zn_PointerSeq.h"
+
+#include "foundation/memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+namespace {
+
+void* Ptr(std::size_t n)
+{
+    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(n));
+}
+
+// The sequence beside a vector that goes through the same.
+struct Pair {
+    Zn_PointerSeq seq;
+    std::vector<void*> oracle;
+    std::size_t next = 1;
+
+    void Insert(int index, int count)
+    {
+        std::vector<void*> fresh;
+        for (int i = 0; i < count; ++i)
+            fresh.push_back(Ptr(next++));
+        ASSERT_TRUE(seq.Insert(index, fresh.data(), count));
+        oracle.insert(oracle.begin() + index, fresh.begin(), fresh.end());
+    }
+    void Remove(int index, int count)
+    {
+        seq.Remove(index, count);
+        oracle.erase(oracle.begin() + index, oracle.begin() + index + count);
+    }
+    int Count() const { return static_cast<int>(oracle.size()); }
+
+    void Check() const
+    {
+        ASSERT_EQ(seq.Count(), Count());
+        std::vector<void*> walked;
+        seq.ForEach([&](void* p) { walked.push_back(p); });
+        ASSERT_EQ(walked, oracle);
+        EXPECT_EQ(seq.At(-1), nullptr);
+        EXPECT_EQ(seq.At(Count()), nullptr);
+    }
+};
+
+struct Size {
+    const char* name;
+    int start;
+    int steps;
+    int longest; // inserted or removed at once
+};
+
+class PointerSeqSizes : public testing::TestWithParam<Size> {};
+
+TEST_P(PointerSeqSizes, KeepsStepWithAVector)
+{
+    const Size size = GetParam();
+    std::mt19937 random(20040229);
+    const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    Pair pair;
+    pair.Insert(0, size.start);
+    for (int step = 0; step < size.steps; ++step) {
+        // Grows for the first half, shrinks in the second.
+        const bool grow = below(3) != 0 ? step < size.steps / 2 : step >= size.steps / 2;
+        const int count = below(size.longest) + 1;
+        if (grow || pair.Count() == 0) {
+            pair.Insert(below(pair.Count() + 1), count);
+        } else {
+            const int index = below(pair.Count());
+            pair.Remove(index, std::min(count, pair.Count() - index));
+        }
+        if (pair.Count() > 0) {
+            const int index = below(pair.Count());
+            ASSERT_EQ(pair.seq.At(index), pair.oracle[static_cast<std::size_t>(index)]) << "step " << step;
+        }
+        if (step % 512 == 0) {
+            ASSERT_NO_FATAL_FAILURE(pair.Check());
+        }
+    }
+    pair.Check();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PointerSeqSizes,
+                         testing::Values(Size{"Few", 0, 2000, 3}, Size{"FromArrayToChunksAndBack", 2500, 20000, 1},
+                                         Size{"ManyChunks", 40000, 30000, 1}, Size{"LongRuns", 10000, 400, 1500}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(PointerSeq, GrowsChunksOnePlaceAtATime)
+{
+    struct Way {
+        const char* name;
+        int (*index)(int count);
+    };
+    const Way ways[] = {{"front", [](int) { return 0; }},
+                        {"middle", [](int count) { return count / 2; }},
+                        {"end", [](int count) { return count; }}};
+    for (const Way& way : ways) {
+        SCOPED_TRACE(way.name);
+        Pair pair;
+        pair.Insert(0, 6000);
+        pair.Insert(10, 1); // into chunks
+        for (int i = 0; i < 6000; ++i)
+            pair.Insert(way.index(pair.Count()), 1);
+        pair.Check();
+        while (pair.Count() > 3)
+            pair.Remove(std::min(way.index(pair.Count()), pair.Count() - 1), 1);
+        pair.Check();
+    }
+}
+
+TEST(PointerSeq, RemovesAnyRangeOfManyChunks)
+{
+    for (int from : {0, 1, 447, 448, 449, 5000})
+        for (int count : {1, 447, 448, 1000, 6000}) {
+            Pair pair;
+            pair.Insert(0, 12000);
+            pair.Insert(1, 1);
+            pair.Remove(from, count);
+            pair.Check();
+            pair.Insert(from, 700);
+            pair.Check();
+            pair.Remove(0, pair.Count());
+            pair.Check();
+        }
+}
+
+TEST(PointerSeq, InsertsNullPlaces)
+{
+    for (int start : {0, 5, 9000}) {
+        Pair pair;
+        pair.Insert(0, start);
+        ASSERT_TRUE(pair.seq.Insert(start / 3, nullptr, 2));
+        pair.oracle.insert(pair.oracle.begin() + start / 3, 2, nullptr);
+        pair.Check();
+    }
+}
+
+TEST(PointerSeq, ChangesNothingWithoutMemory)
+{
+    for (int start : {0, 6, 9000, 30000})
+        for (int n = 1; n < 200; ++n) {
+            Pair pair;
+            pair.Insert(0, start);
+            const std::vector<void*> fresh(1500, Ptr(7));
+            zn::FailAllocation(n);
+            const bool done = pair.seq.Insert(start / 4, fresh.data(), 1500);
+            const bool failed = zn::AllocationFailed();
+            zn::FailAllocation(0);
+            if (done)
+                pair.oracle.insert(pair.oracle.begin() + start / 4, fresh.begin(), fresh.end());
+            ASSERT_NO_FATAL_FAILURE(pair.Check()) << start << " places, allocation " << n;
+            ASSERT_TRUE(done || failed);
+            if (!failed)
+                break;
+            ASSERT_LT(n, 199);
+        }
+}
+
+TEST(PointerSeq, TagStaysThroughEverything)
+{
+    Zn_PointerSeq seq(1);
+    Zn_PointerSeq other(0);
+    for (int i = 0; i < 9000; ++i)
+        seq.Append(Ptr(1));
+    seq.Remove(0, 1);
+    EXPECT_EQ(seq.GetTag(), 1);
+    seq.Swap(other);
+    EXPECT_EQ(seq.GetTag(), 0);
+    other.Clear();
+    EXPECT_EQ(other.GetTag(), 1);
+}
+
+} // namespace
