@@ -1,0 +1,8 @@
+#include "Zn_Base.h"
+
+#include "platform/platform.h"
+
+int zn_getlasterror() noexcept
+{
+    return zn::platform::LastError();
+}

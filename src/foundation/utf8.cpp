@@ -1,0 +1,163 @@
+#include "foundation/utf8.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace zn {
+
+namespace {
+
+// Characters that one step of the ASCII path takes. Its loops have fixed counts and work on local
+// copies, which is what compilers turn into a few vector instructions.
+constexpr std::size_t kStep = 16;
+
+template <class Unit>
+bool AllAscii(const Unit (&block)[kStep]) noexcept
+{
+    constexpr std::uint64_t kHigh = sizeof(Unit) == 1 ? 0x8080808080808080u : 0xFF80FF80FF80FF80u;
+    std::uint64_t words[sizeof block / 8];
+    std::memcpy(words, block, sizeof block);
+    std::uint64_t all = 0;
+    for (const std::uint64_t word : words)
+        all |= word;
+    return (all & kHigh) == 0;
+}
+
+template <class From, class To>
+std::size_t CopyAsciiRun(const From* in, std::size_t count, To* out) noexcept
+{
+    std::size_t at = 0;
+    for (; at + kStep <= count; at += kStep) {
+        From block[kStep];
+        std::memcpy(block, in + at, sizeof block);
+        if (!AllAscii(block))
+            break;
+        To put[kStep];
+        for (std::size_t i = 0; i < kStep; ++i)
+            put[i] = static_cast<To>(block[i]);
+        std::memcpy(out + at, put, sizeof put);
+    }
+    for (; at < count && static_cast<std::make_unsigned_t<From>>(in[at]) < 0x80; ++at)
+        out[at] = static_cast<To>(in[at]);
+    return at;
+}
+
+// One character beyond ASCII, or one maximal malformed part.
+struct Sequence {
+    char32_t code;
+    std::size_t length;
+};
+
+Sequence ReadSequence(const unsigned char* at, std::size_t left) noexcept
+{
+    constexpr char32_t kBad = 0xFFFD;
+    const unsigned char lead = at[0];
+    if (lead < 0xC2 || lead > 0xF4)
+        return {kBad, 1};
+    // The second byte's range rules out what is too long for its value, surrogates and beyond U+10FFFF.
+    const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    if (left < 2 || at[1] < low || at[1] > high)
+        return {kBad, 1};
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    char32_t code = static_cast<char32_t>(lead & (0x7F >> length)) << 6 | (at[1] & 0x3F);
+    for (std::size_t i = 2; i < length; ++i) {
+        if (i >= left || (at[i] & 0xC0) != 0x80)
+            return {kBad, i};
+        code = code << 6 | (at[i] & 0x3F);
+    }
+    return {code, length};
+}
+
+char* PutSequence(char32_t code, char* out) noexcept
+{
+    if (code < 0x800) {
+        *out++ = static_cast<char>(0xC0 | code >> 6);
+    } else {
+        if (code < 0x10000) {
+            *out++ = static_cast<char>(0xE0 | code >> 12);
+        } else {
+            *out++ = static_cast<char>(0xF0 | code >> 18);
+            *out++ = static_cast<char>(0x80 | (code >> 12 & 0x3F));
+        }
+        *out++ = static_cast<char>(0x80 | (code >> 6 & 0x3F));
+    }
+    *out++ = static_cast<char>(0x80 | (code & 0x3F));
+    return out;
+}
+
+} // namespace
+
+std::size_t CopyAscii(std::string_view bytes, char16_t* out, std::size_t room) noexcept
+{
+    return CopyAsciiRun(bytes.data(), std::min(bytes.size(), room), out);
+}
+
+std::size_t CopyAscii(std::u16string_view text, char* out, std::size_t room) noexcept
+{
+    return CopyAsciiRun(text.data(), std::min(text.size(), room), out);
+}
+
+Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room) noexcept
+{
+    const auto* const in = reinterpret_cast<const unsigned char*>(bytes.data());
+    std::size_t at = 0;
+    std::size_t put = 0;
+    while (at < bytes.size() && put + 2 <= room) {
+        if (in[at] < 0x80) {
+            const std::size_t run = CopyAscii(bytes.substr(at), out + put, room - put);
+            at += run;
+            put += run;
+            continue;
+        }
+        const Sequence next = ReadSequence(in + at, bytes.size() - at);
+        at += next.length;
+        put += PutCodePoint(next.code, out + put);
+    }
+    return {at, put};
+}
+
+Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room) noexcept
+{
+    std::size_t at = 0;
+    char* put = out;
+    char* const last = out + room - std::min<std::size_t>(room, 4);
+    while (at < text.size() && put <= last) {
+        const char16_t unit = text[at];
+        if (unit < 0x80) {
+            const std::size_t run = CopyAscii(text.substr(at), put, room - static_cast<std::size_t>(put - out));
+            at += run;
+            put += run;
+        } else if (!IsSurrogate(unit)) {
+            put = PutSequence(unit, put);
+            ++at;
+        } else if (IsHighSurrogate(unit) && at + 1 < text.size() && IsLowSurrogate(text[at + 1])) {
+            put = PutSequence(JoinSurrogates(unit, text[at + 1]), put);
+            at += 2;
+        } else {
+            break;
+        }
+    }
+    return {at, static_cast<std::size_t>(put - out)};
+}
+
+std::size_t CountUtf16OfUtf8(std::string_view bytes) noexcept
+{
+    std::size_t count = 0;
+    for (const char ch : bytes) {
+        const auto byte = static_cast<unsigned char>(ch);
+        count += static_cast<std::size_t>((byte & 0xC0) != 0x80) + (byte >= 0xF0);
+    }
+    return count;
+}
+
+std::size_t CountUtf8OfUtf16(std::u16string_view text) noexcept
+{
+    std::size_t count = text.size();
+    for (const char16_t unit : text)
+        count += static_cast<std::size_t>(unit >= 0x80) + (unit >= 0x800 && !IsSurrogate(unit));
+    return count;
+}
+
+} // namespace zn

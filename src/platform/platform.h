@@ -1,0 +1,63 @@
+// The porting contract: what the library asks of the operating system. Nothing outside this folder
+// calls it. A new platform gives one source per section with its own prefix (posix_, windows_).
+//
+// Every call is safe from several threads, throws nothing and leaves the thread's last system error
+// alone unless it says otherwise.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace zn::platform {
+
+// ---- system: last error, environment (posix_system.cpp, windows_system.cpp) -------------------
+
+// The calling thread's last system error as a Windows error number; 0 for none.
+int LastError() noexcept;
+// The Windows number for one of the platform's own error numbers (errno); 0 stays 0, one without a
+// counterpart becomes 31 ("a device is not functioning").
+int ErrorNumber(int systemError) noexcept;
+// A variable of the environment, or the empty text; valid until the environment changes.
+std::string_view Environment(const char* name) noexcept;
+
+// ---- code pages (posix_codepage.cpp, windows_codepage.cpp) ------------------------------------
+
+// Why a conversion stopped.
+enum class ConvertStop {
+    End,      // all input is converted
+    NoRoom,   // the next character does not fit into the output
+    BadInput, // what stands at input[read] is no character of the page, or cut off by the input's end
+};
+
+struct ConvertResult {
+    std::size_t read;    // input units converted
+    std::size_t written; // output units
+    ConvertStop stop;
+};
+
+// One text's way from or to a code page, for the pages that the library does not convert itself.
+// Pages with shift states keep theirs from call to call.
+class CodePageConverter {
+public:
+    enum class Direction { ToUtf16, FromUtf16 };
+
+    // Not open when the platform does not know the page.
+    CodePageConverter(unsigned codePage, Direction direction) noexcept;
+    ~CodePageConverter();
+    CodePageConverter(const CodePageConverter&) = delete;
+    CodePageConverter& operator=(const CodePageConverter&) = delete;
+
+    bool IsOpen() const noexcept { return handle_ != nullptr; }
+    // Neither maps to a similar character what the page lacks, and neither splits a character.
+    ConvertResult Decode(std::string_view bytes, char16_t* out, std::size_t room) noexcept;
+    ConvertResult Encode(std::u16string_view text, char* out, std::size_t room) noexcept;
+    // Writes what brings the page back to its first shift state; returns how many bytes (at most 8).
+    std::size_t Finish(char* out, std::size_t room) noexcept;
+
+private:
+    void* handle_;
+    unsigned codePage_;
+    Direction direction_;
+};
+
+} // namespace zn::platform

@@ -1,0 +1,99 @@
+#include "platform/platform.h"
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace zn::platform {
+
+namespace {
+
+struct ErrorPair {
+    int system;
+    int windows;
+};
+
+// Numbers of the Windows system errors (below 10000) and of its sockets (from 10000 on).
+constexpr ErrorPair kErrors[] = {
+    {ENOENT, 2},           // file not found
+    {ENOTDIR, 3},          // path not found
+    {EMFILE, 4},           // too many open files
+    {ENFILE, 4},           //
+    {EACCES, 5},           // access denied
+    {EPERM, 5},            //
+    {EISDIR, 5},           //
+    {EBADF, 6},            // invalid handle
+    {ENOMEM, 8},           // not enough memory
+    {EXDEV, 17},           // not the same device
+    {EROFS, 19},           // write protected
+    {EBUSY, 32},           // sharing violation
+    {ETXTBSY, 32},         //
+    {EDEADLK, 33},         // lock violation
+    {ENOLCK, 33},          //
+    {ENOSYS, 50},          // not supported
+    {EEXIST, 80},          // file exists
+    {EINVAL, 87},          // invalid parameter
+    {EPIPE, 109},          // broken pipe
+    {ENOSPC, 112},         // disk full
+    {EDQUOT, 112},         //
+    {ERANGE, 122},         // buffer too small
+    {ESPIPE, 131},         // negative seek
+    {ENOTEMPTY, 145},      // folder not empty
+    {ENAMETOOLONG, 206},   // name too long
+    {EFBIG, 223},          // file too large
+    {ECANCELED, 995},      // operation aborted
+    {EFAULT, 998},         // invalid access to memory
+    {EIO, 1117},           // input or output error
+    {ELOOP, 1921},         // name can't be resolved
+    {EINTR, 10004},        // interrupted
+    {EAGAIN, 10035},       // would block
+    {EWOULDBLOCK, 10035},  //
+    {EINPROGRESS, 10036},  // in progress
+    {EALREADY, 10037},     // already in progress
+    {ENOTSOCK, 10038},     // no socket
+    {EDESTADDRREQ, 10039}, // destination required
+    {EMSGSIZE, 10040},     // message too long
+    {EPROTOTYPE, 10041},   // wrong protocol type
+    {ENOPROTOOPT, 10042},  // unknown option
+    {EPROTONOSUPPORT, 10043},
+    {EOPNOTSUPP, 10045}, // operation not supported
+    {EAFNOSUPPORT, 10047},
+    {EADDRINUSE, 10048},    // address in use
+    {EADDRNOTAVAIL, 10049}, // address not available
+    {ENETDOWN, 10050},      // network down
+    {ENETUNREACH, 10051},   // network unreachable
+    {ENETRESET, 10052},     // network reset
+    {ECONNABORTED, 10053},  // connection aborted
+    {ECONNRESET, 10054},    // connection reset by peer
+    {ENOBUFS, 10055},       // no buffer space
+    {EISCONN, 10056},       // already connected
+    {ENOTCONN, 10057},      // not connected
+    {ETIMEDOUT, 10060},     // timed out
+    {ECONNREFUSED, 10061},  // connection refused
+    {EHOSTUNREACH, 10065},  // host unreachable
+};
+
+} // namespace
+
+int ErrorNumber(int systemError) noexcept
+{
+    if (systemError == 0)
+        return 0;
+    for (const ErrorPair& pair : kErrors) {
+        if (pair.system == systemError)
+            return pair.windows;
+    }
+    return 31;
+}
+
+int LastError() noexcept
+{
+    return ErrorNumber(errno);
+}
+
+std::string_view Environment(const char* name) noexcept
+{
+    const char* value = std::getenv(name);
+    return value ? std::string_view(value) : std::string_view();
+}
+
+} // namespace zn::platform
