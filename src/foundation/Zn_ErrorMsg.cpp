@@ -1,7 +1,7 @@
 #include "Zn_ErrorMsg.h"
 
 #include "Zn_CodePage.h"
-#include "foundation/messages/message_tables.h"
+#include "foundation/message_tables.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Filling a message template with parameters whose number and types need not fit it.
 #include "Zn_ErrorMsg.h"
-#include "foundation/messages/placeholder.h"
+#include "foundation/message_placeholder.h"
 
 #include <algorithm>
 

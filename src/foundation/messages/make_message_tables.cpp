@@ -7,7 +7,7 @@
 // could harm or mislead at run time is refused with its place, and nothing is written: a bad code, a
 // placeholder other than %s and %d, a character that the code page lacks, a translation that stands out of
 // the default file's order or whose placeholders differ from its original's.
-#include "foundation/messages/placeholder.h"
+#include "foundation/message_placeholder.h"
 #include "platform/platform.h"
 
 #include <charconv>
@@ -193,7 +193,7 @@ std::string SourceOf(const std::vector<Table>& tables)
 {
     std::ostringstream out;
     out << "// Made by make_message_tables; change the data files instead.\n"
-           "#include \"foundation/messages/message_tables.h\"\n\n"
+           "#include \"foundation/message_tables.h\"\n\n"
            "namespace zn::messages {\n";
     std::string directory;
     for (std::size_t i = 0; i < tables.size(); ++i) {

@@ -1,4 +1,4 @@
-// The tables that the build makes of the data files in this folder.
+// The tables that the build makes of the data files in messages/.
 #pragma once
 
 #include "Zn_ErrorMsg.h"
