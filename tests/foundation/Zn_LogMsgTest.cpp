@@ -124,7 +124,8 @@ TEST(Zn_MsgView, ShowsAResultInALanguage)
     result.AddMsg(static_cast<int>(0x83B04009), "file", 2, nullptr);
     result.AddMsg(static_cast<int>(0x8FFF0001), "file", 3, u"a", u"b", nullptr);
     const Zn_MsgView english(result, 1252);
-    EXPECT_EQ(english.GetText(), u"there isn't the Property.(grid.color)\nThere is no local file .\n0x8FFF0001: a, b\n");
+    EXPECT_EQ(english.GetText(),
+              u"there isn't the Property.(grid.color)\nThere is no local file .\n0x8FFF0001: a, b\n");
     const Zn_MsgView korean(result, 949);
     ASSERT_EQ(korean.Count(), 3);
     EXPECT_EQ(korean.GetLine(0), u"속성이 없습니다.(grid.color)");
