@@ -12,12 +12,6 @@ Zn_WString Escaped(const Zn_WString& text)
     return out;
 }
 
-// Save ends every parameter with an empty quoted text, which belongs to no parameter.
-std::string_view WithoutEnd(std::string_view field) noexcept
-{
-    return field.ends_with("\"\"") ? field.substr(0, field.size() - 2) : field;
-}
-
 } // namespace
 
 int Zn_Result::Save(Zn_AString& out, unsigned codePage) const
@@ -60,8 +54,7 @@ int Zn_Result::Load(const char* text, int clearFirst, unsigned codePage)
             const Zn_AString& field = fields.GetItemNN(i);
             if (endsOpen && i + 1 == fields.Count() && field.IsEmpty())
                 break;
-            const std::string_view param = WithoutEnd(field);
-            message.params.Add(Zn_WString(param.data(), static_cast<int>(param.size()), codePage));
+            message.params.Add(Zn_WString(field, field.GetLength(), codePage));
         }
         if (Zn_MessageList* list = MakeList())
             list->Add(message);

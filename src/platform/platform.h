@@ -17,6 +17,9 @@ int LastError() noexcept;
 // The Windows number for one of the platform's own error numbers (errno); 0 stays 0, one without a
 // counterpart becomes 31 ("a device is not functioning").
 int ErrorNumber(int systemError) noexcept;
+// The platform's own text for a Windows error number, in the user's language, without a line end: up to room units,
+// not terminated. Returns how many; 0 when the platform has none.
+std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept;
 // A variable of the environment, or the empty text; valid until the environment changes.
 std::string_view Environment(const char* name) noexcept;
 

@@ -1,7 +1,13 @@
 #include "platform/platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <cuchar>
+#include <new>
+#include <string>
+#include <system_error>
 
 namespace zn::platform {
 
@@ -88,6 +94,32 @@ int ErrorNumber(int systemError) noexcept
 int LastError() noexcept
 {
     return ErrorNumber(errno);
+}
+
+std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept
+{
+    const auto* pair = std::find_if(std::begin(kErrors), std::end(kErrors),
+                                    [&](const ErrorPair& entry) { return entry.windows == number; });
+    if (pair == std::end(kErrors))
+        return 0;
+    const int saved = errno;
+    std::size_t written = 0;
+    try {
+        const std::string text = std::generic_category().message(pair->system);
+        std::mbstate_t state{};
+        for (const char* at = text.c_str(); *at && written < room;) {
+            const std::size_t used = std::mbrtoc16(&out[written], at, std::strlen(at), &state);
+            constexpr auto secondUnit = static_cast<std::size_t>(-3);
+            if (used == 0 || (used != secondUnit && used > std::strlen(at)))
+                break; // no text in the character set of the process
+            at += used == secondUnit ? 0 : used;
+            ++written;
+        }
+    } catch (const std::bad_alloc&) {
+        written = 0;
+    }
+    errno = saved;
+    return written;
 }
 
 std::string_view Environment(const char* name) noexcept

@@ -281,7 +281,8 @@ TEST(ZnSysErrorStr, GivesTheSameTextEverywhere)
         const Zn_WString text = ZnSysErrorStr(err);
         EXPECT_NE(text, u"Unknown error.") << err;
         Zn_WString numbered;
-        EXPECT_EQ(ZnSysErrorStr(err, numbered), numbered.GetText());
+        const char16_t* pointer = ZnSysErrorStr(err, numbered);
+        EXPECT_EQ(pointer, numbered.GetText());
         EXPECT_EQ(numbered.ToUtf8(), std::to_string(err) + ":" + text.ToUtf8());
     }
     EXPECT_EQ(ZnSysErrorStr(2), u"The file was not found.");

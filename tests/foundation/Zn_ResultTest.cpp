@@ -183,8 +183,9 @@ TEST(Zn_Result, WritesItsTextForms)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         Zn_AString saved("old");
-        EXPECT_EQ(c.result.Save(saved, 65001), saved.GetLength());
+        const int length = c.result.Save(saved, 65001);
         EXPECT_EQ(saved, c.saved);
+        EXPECT_EQ(length, saved.GetLength());
         EXPECT_EQ(c.result.GetMessageStr(), c.messages);
         EXPECT_EQ(c.result.GetMsgWithFormat(65001), c.formatted);
         EXPECT_EQ(c.result.GetLastMsg(), c.last);
