@@ -30,8 +30,11 @@ public:
     // Counts one more holder.
     static void Hold(void* item) noexcept { Zn_ObjBufData::FromItem(item)->AddRef(); }
     // Counts one holder less and destroys the item with the last one. For an item that no list took, call it too.
+    // Items that hold items, and so on down, need no deep stack: the deep ones go after those that held them.
     void Drop(void* item);
 
 private:
+    void Destroy(void* item);
+
     Zn_ObjBufPool pool_;
 };

@@ -161,23 +161,23 @@ public:
     using Base::operator[];
 
     // First index whose id matches, -1 for none or for null.
-    int FindId(Zn_NameArg id) const noexcept
+    int FindId(Zn_NameArg id) const noexcept { return id.IsNull() ? -1 : FindIdView(id.GetView()); }
+    const Item* GetItem(Zn_NameArg id) const noexcept { return GetItem(FindId(id)); }
+    const Item* GetItemNN(Zn_NameArg id) const noexcept { return GetItemNN(FindId(id)); }
+    Item* GetSafeItem(Zn_NameArg id) noexcept { return GetSafeItem(FindId(id)); }
+
+protected:
+    int FindIdView(std::u16string_view id) const noexcept
     {
-        if (id.IsNull())
-            return -1;
-        const std::u16string_view sought = id.GetView();
         for (int i = 0, n = this->Count(); i < n; ++i) {
             const Item* item = GetItem(i);
             if (!item)
                 continue;
             const std::u16string_view there = IdOf{}(*item);
             // Case is folded unit by unit, so equal names are equally long.
-            if (there.size() == sought.size() && zn_iequal(there, sought))
+            if (there.size() == id.size() && zn_iequal(there, id))
                 return i;
         }
         return -1;
     }
-    const Item* GetItem(Zn_NameArg id) const noexcept { return GetItem(FindId(id)); }
-    const Item* GetItemNN(Zn_NameArg id) const noexcept { return GetItemNN(FindId(id)); }
-    Item* GetSafeItem(Zn_NameArg id) noexcept { return GetSafeItem(FindId(id)); }
 };

@@ -1,5 +1,64 @@
 #include "Zn_ListObjHandler.h"
 
+#include <cstddef>
+#include <new>
+#include <utility>
+
+namespace {
+
+// Destroying an item may drop the items it holds, and so on down. Beyond this depth they wait, so that a
+// deep tree needs no deep stack.
+constexpr int kDeepest = 64;
+
+// An item that waits for its destruction, in the place of its count.
+struct Waiting {
+    Waiting* next;
+};
+static_assert(sizeof(Waiting) <= sizeof(Zn_ObjBufData));
+
+// What waits in one thread: a chain for each handler concerned. There are about as many handlers as
+// there are item classes that nest; one that finds no chain free goes on down the stack.
+class Waitlist {
+public:
+    int depth = 0;
+
+    bool IsEmpty() const noexcept { return count_ == 0; }
+    bool Push(Zn_ListObjHandler* handler, void* item) noexcept
+    {
+        for (Chain& chain : chains_) {
+            if (chain.first && chain.handler != handler)
+                continue;
+            chain = {handler, new (Zn_ObjBufData::FromItem(item)) Waiting{chain.first}};
+            ++count_;
+            return true;
+        }
+        return false;
+    }
+    // One of those that wait.
+    std::pair<Zn_ListObjHandler*, void*> Pop() noexcept
+    {
+        Chain* chain = chains_;
+        while (!chain->first)
+            ++chain;
+        --count_;
+        Waiting* item = std::exchange(chain->first, chain->first->next);
+        return {chain->handler, reinterpret_cast<Zn_ObjBufData*>(item)->GetItem()};
+    }
+
+private:
+    struct Chain {
+        Zn_ListObjHandler* handler;
+        Waiting* first;
+    };
+
+    Chain chains_[16] = {};
+    std::size_t count_ = 0;
+};
+
+thread_local constinit Waitlist waitlist;
+
+} // namespace
+
 Zn_ListObjHandler::~Zn_ListObjHandler() = default;
 
 void* Zn_ListObjHandler::NewItem()
@@ -16,10 +75,24 @@ void* Zn_ListObjHandler::NewCopy(const void* source)
     return item;
 }
 
+void Zn_ListObjHandler::Destroy(void* item)
+{
+    _FreeItem(item);
+    pool_.Free(item);
+}
+
 void Zn_ListObjHandler::Drop(void* item)
 {
     if (Zn_ObjBufData::FromItem(item)->Release() > 0)
         return;
-    _FreeItem(item);
-    pool_.Free(item);
+    Waitlist& waiting = waitlist;
+    if (waiting.depth >= kDeepest && waiting.Push(this, item))
+        return;
+    ++waiting.depth;
+    Destroy(item);
+    while (waiting.depth == 1 && !waiting.IsEmpty()) {
+        const auto [handler, next] = waiting.Pop();
+        handler->Destroy(next);
+    }
+    --waiting.depth;
 }

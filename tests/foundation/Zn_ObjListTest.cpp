@@ -236,6 +236,40 @@ TEST_F(ObjList, RangeForGivesTheEmptyItemForAbsentPlaces)
     EXPECT_EQ(values, (Ints{1, kAbsent, 2}));
 }
 
+// An item that holds items of its own class.
+struct Nested {
+    Nested();
+    void Set(const Nested& other);
+    static void InitWithMemory(Nested* memory) { Zn_InitInPlace(memory); }
+    static void FreeWithMemory(Nested* item) { Zn_FreeInPlace(item); }
+    Zn_ObjList items;
+};
+
+class NestedHandler final : public Zn_TypedHandler<Nested> {
+public:
+    NestedHandler() noexcept : Zn_TypedHandler("Nested", 64) {}
+    int _CompareItem(void* a, void* b) override { return a == b ? 0 : -1; }
+    static NestedHandler& Instance() { return Zn_Global<NestedHandler>(); }
+};
+
+Nested::Nested() : items(&NestedHandler::Instance()) {}
+void Nested::Set(const Nested& other) { items = other.items; }
+
+TEST(ObjListNesting, DestroysADeepTreeOnAShallowStack)
+{
+    Zn_ObjBufPool& pool = NestedHandler::Instance().GetPool();
+    {
+        Nested root;
+        Nested* last = &root;
+        for (int depth = 0; depth < 200000; ++depth) {
+            last->items.GetSafeItem(2, 1); // two that hold nothing beside the one that goes on
+            last = static_cast<Nested*>(last->items.GetItem(1));
+        }
+        EXPECT_EQ(pool.GetUsedCount(), 600000);
+    }
+    EXPECT_EQ(pool.GetUsedCount(), 0);
+}
+
 struct Counted {
     void Set(const Counted& other) { value = other.value; }
     static void InitWithMemory(Counted* memory) { Zn_InitInPlace(memory); }
