@@ -11,9 +11,25 @@
 // The count in front of a block. A new block has count 0; the holder that takes it first calls AddRef.
 class ZN_API Zn_ObjBufData {
 public:
-    int AddRef() noexcept { return refs_.fetch_add(1, std::memory_order_relaxed) + 1; }
+    int AddRef() noexcept
+    {
+        // Nobody else can hold a block of count 0.
+        if (refs_.load(std::memory_order_relaxed) == 0) {
+            refs_.store(1, std::memory_order_relaxed);
+            return 1;
+        }
+        return refs_.fetch_add(1, std::memory_order_relaxed) + 1;
+    }
     // Returns the count left. At 0 the caller destroys what is in the block and gives it back to its pool.
-    int Release() noexcept { return refs_.fetch_sub(1, std::memory_order_acq_rel) - 1; }
+    int Release() noexcept
+    {
+        // Nobody else can count a block that its last holder gives up.
+        if (refs_.load(std::memory_order_acquire) == 1) {
+            refs_.store(0, std::memory_order_relaxed);
+            return 0;
+        }
+        return refs_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    }
     int GetRefCount() const noexcept { return refs_.load(std::memory_order_acquire); }
 
     static Zn_ObjBufData* FromItem(void* item) noexcept { return static_cast<Zn_ObjBufData*>(item) - 1; }
