@@ -73,6 +73,10 @@ private:
         std::int32_t capacity;
     };
 
+    static constexpr int kFront = static_cast<int>(sizeof(Header));
+    static constexpr int kMost = 0x7FFFFFFF - kFront;
+    static constexpr int kFirstCapacity = 48;
+
     static Header* HeaderOf(unsigned char* data) noexcept { return reinterpret_cast<Header*>(data) - 1; }
     // Whether no other buffer shares the bytes and count more fit behind them.
     bool IsOwn(int count) const noexcept

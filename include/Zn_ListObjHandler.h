@@ -10,7 +10,9 @@
 class ZN_API Zn_ListObjHandler {
 public:
     Zn_ListObjHandler(const char* poolName, int itemSize, int itemsPerBlock) noexcept
-        : pool_(poolName, itemSize, itemsPerBlock) {}
+        : pool_(poolName, itemSize, itemsPerBlock)
+    {
+    }
 
     // Constructs a default item in the given memory and returns it.
     virtual void* _InitItem(void* memory) = 0;

@@ -1,28 +1,18 @@
 #include "Zn_Buffer.h"
 
-#include "Zn_AString.h"
+#include "foundation/encoding.h"
 #include "foundation/memory.h"
 
 #include <algorithm>
 #include <climits>
+#include <functional>
 #include <new>
 #include <utility>
 
-namespace {
-
-constexpr int kFirstCapacity = 48;
-
-} // namespace
-
 unsigned char* Zn_Buffer::NewBytes(int capacity) noexcept
 {
-    constexpr int kMost = INT_MAX - static_cast<int>(sizeof(Header));
-    if (capacity > kMost)
-        return nullptr;
-    void* memory = _zn_malloc(static_cast<int>(sizeof(Header)) + capacity);
-    if (!memory)
-        return nullptr;
-    return reinterpret_cast<unsigned char*>(new (memory) Header{{1}, 0, capacity} + 1);
+    void* memory = capacity > kMost ? nullptr : _zn_malloc(kFront + capacity);
+    return memory ? reinterpret_cast<unsigned char*>(new (memory) Header{{1}, 0, capacity} + 1) : nullptr;
 }
 
 unsigned char* Zn_Buffer::Share(unsigned char* data) noexcept
@@ -59,9 +49,17 @@ Zn_Buffer::~Zn_Buffer()
 
 bool Zn_Buffer::MakeOwn(int capacity) noexcept
 {
-    if (IsOwn(0) && HeaderOf(data_)->capacity >= capacity)
-        return true;
     const int length = GetLength();
+    if (IsOwn(0)) {
+        if (HeaderOf(data_)->capacity >= capacity)
+            return true;
+        void* grown = capacity > kMost ? nullptr : zn::Reallocate(HeaderOf(data_), kFront + capacity);
+        if (!grown)
+            return false;
+        data_ = reinterpret_cast<unsigned char*>(static_cast<Header*>(grown) + 1);
+        HeaderOf(data_)->capacity = capacity;
+        return true;
+    }
     unsigned char* fresh = NewBytes(std::max({capacity, length, kFirstCapacity}));
     if (!fresh)
         return false;
@@ -79,13 +77,15 @@ bool Zn_Buffer::MakeRoom(int more) noexcept
         return false;
     if (IsOwn(more))
         return true;
-    const int grown = length > INT_MAX / 3 * 2 ? 0 : length + length / 2;
-    return MakeOwn(std::max(length + more, grown)) || MakeOwn(length + more);
+    const int grown = length + std::min(length / 2, std::max(kMost - length, 0));
+    return MakeOwn(std::max(length + more, grown));
 }
 
 void Zn_Buffer::AppendSlowly(const unsigned char* bytes, int length) noexcept
 {
-    const Zn_Buffer source(*this); // bytes may be ours: they stay where they are while we move
+    Zn_Buffer source;
+    if (data_ && !std::less<>()(bytes, data_) && std::less<>()(bytes, data_ + GetLength()))
+        source = *this; // our own bytes stay where they are while we move
     if (MakeRoom(length))
         Append(bytes, length);
 }
@@ -103,8 +103,11 @@ void Zn_Buffer::Set(const unsigned char* bytes, int length)
 
 void Zn_Buffer::AppendStr(const char16_t* text, int length, unsigned codePage)
 {
-    const Zn_AString converted(text, length, codePage);
-    Append(reinterpret_cast<const unsigned char*>(converted.GetText()), converted.GetLength());
+    if (!text)
+        return;
+    const auto view =
+        length < 0 ? std::u16string_view(text) : std::u16string_view(text, static_cast<std::size_t>(length));
+    zn::EncodeText(view, codePage, *this);
 }
 
 void Zn_Buffer::SetSize(int length)

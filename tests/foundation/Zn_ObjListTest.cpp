@@ -253,7 +253,10 @@ public:
 };
 
 Nested::Nested() : items(&NestedHandler::Instance()) {}
-void Nested::Set(const Nested& other) { items = other.items; }
+void Nested::Set(const Nested& other)
+{
+    items = other.items;
+}
 
 TEST(ObjListNesting, DestroysADeepTreeOnAShallowStack)
 {
