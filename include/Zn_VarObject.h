@@ -137,6 +137,7 @@ public:
 
 private:
     bool IsCounted() const;
+    void Assign(Zn_VarObjectCtx* context, Zn_VarObjectBase* component, Zn_VarObjectBase* object);
 
     Zn_VarObjectCtx* context_ = nullptr;
     Zn_VarObjectBase* component_ = nullptr;

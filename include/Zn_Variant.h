@@ -261,8 +261,6 @@ public:
     std::uint16_t type = Empty;
 
 private:
-    friend struct Zn_VariantAccess;
-
     // What really lives in the value area. Up to OddBits nothing needs to be released; OddBits are those of a
     // variant relabelled to an unknown code, which copies leave behind.
     enum Live : std::uint16_t { None, Bits, OddBits, Text, Bytes, List, Reference };
@@ -293,10 +291,18 @@ private:
         live_ = other.live_;
         std::memcpy(value_.words, other.value_.words, 8);
     }
+    void CopyText(const Zn_Variant& other) noexcept
+    {
+        type = other.type;
+        live_ = Text;
+        new (&value_.text) Zn_WString(other.value_.text);
+    }
     void CopyFrom(const Zn_Variant& other)
     {
         if (other.live_ <= Bits)
             CopyBits(other);
+        else if (other.live_ == Text && other.type == String)
+            CopyText(other);
         else
             CopySlow(other);
     }
@@ -311,6 +317,9 @@ private:
             Release();
         MoveFrom(other);
     }
+    std::int32_t HeldInteger() const noexcept { return live_ == Bits ? value_.integer : 0; }
+    double HeldDecimal() const noexcept { return live_ == Bits ? value_.decimal : 0.0; }
+    void Relabel(std::uint16_t newType) noexcept;
     void CopySlow(const Zn_Variant& other);
     void AssignSlow(const Zn_Variant& other);
     void Release() noexcept;

@@ -1,0 +1,84 @@
+#include "values/variant_array.h"
+
+#include <utility>
+
+// The copies noted by this thread's outermost copy.
+class Zn_Variant::ArrayBox::PendingCopies {
+public:
+    static constinit thread_local PendingCopies* current;
+
+    void Note(ArrayBox* box, const Zn_VariantList& source) noexcept
+    {
+        box->source_ = &source;
+        box->next_ = first_;
+        first_ = box;
+    }
+    // Makes them all, and those that turn up meanwhile.
+    void Work()
+    {
+        while (ArrayBox* box = first_) {
+            first_ = std::exchange(box->next_, nullptr);
+            const Zn_VariantList* source = std::exchange(box->source_, nullptr);
+            if (box->freed_)
+                ArrayBox::Free(box);
+            else
+                box->list.AssignList(*source);
+        }
+    }
+
+private:
+    ArrayBox* first_ = nullptr;
+};
+
+constinit thread_local Zn_Variant::ArrayBox::PendingCopies* Zn_Variant::ArrayBox::PendingCopies::current = nullptr;
+
+Zn_Variant::ArrayBox* Zn_Variant::ArrayBox::New()
+{
+    void* memory = _zn_malloc(static_cast<int>(sizeof(ArrayBox)));
+    return memory ? new (memory) ArrayBox : nullptr;
+}
+
+Zn_Variant::ArrayBox* Zn_Variant::ArrayBox::NewCopy(const Zn_VariantList& source)
+{
+    ArrayBox* box = New();
+    if (!box)
+        return nullptr;
+    if (PendingCopies::current) {
+        PendingCopies::current->Note(box, source);
+        return box;
+    }
+    PendingCopies copies;
+    PendingCopies::current = &copies;
+    box->list.AssignList(source);
+    copies.Work();
+    PendingCopies::current = nullptr;
+    return box;
+}
+
+void Zn_Variant::ArrayBox::Free(ArrayBox* box) noexcept
+{
+    static constinit thread_local bool busy = false;
+    static constinit thread_local ArrayBox* noted = nullptr;
+
+    if (box->source_) { // its place in the notes is needed until they are worked off
+        box->freed_ = true;
+        return;
+    }
+    box->next_ = std::exchange(noted, box);
+    if (busy)
+        return;
+    busy = true;
+    while (ArrayBox* last = noted) {
+        noted = last->next_;
+        last->~ArrayBox();
+        zn_free(last);
+    }
+    busy = false;
+}
+
+Zn_Variant::ArrayBox::DirectCopies::DirectCopies() noexcept : outer_(std::exchange(PendingCopies::current, nullptr)) {}
+
+Zn_Variant::ArrayBox::DirectCopies::~DirectCopies()
+{
+    PendingCopies::current = outer_;
+}
