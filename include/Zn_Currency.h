@@ -48,7 +48,8 @@ public:
     // Callers rely on this form: trailing zeros and point cut off, no leading zero, and below 0.1 no point:
     // 0.5 is ".5", 0.05 is "5", zero is empty.
     Zn_WString ToString() const;
-    // Whether the low 32 bits are a multiple of one unit; callers rely on the high ones not being looked at.
+    // Whether the low 32 bits, without sign, are a multiple of one unit. Callers rely on the high ones not being
+    // looked at: right for whole amounts from 0 to 429496, by chance beyond.
     int IsInt() const noexcept { return low_ % kUnit == 0; }
 
     // Ten-thousandths.

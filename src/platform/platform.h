@@ -63,4 +63,15 @@ private:
     Direction direction_;
 };
 
+// ---- clock (posix_clock.cpp, windows_clock.cpp) -----------------------------------------------
+
+// A moment as the calendar and the clock on the wall show it: month 1-12, hour 0-23.
+struct ClockTime {
+    int year, month, day;
+    int hour, minute, second;
+};
+
+// Now, in the time zone that the system is set to.
+ClockTime LocalTime() noexcept;
+
 } // namespace zn::platform

@@ -113,10 +113,7 @@ void Zn_Currency::SetCurrency(std::int32_t units, std::int32_t fraction) noexcep
 
 void Zn_Currency::SetCurrency(long units) noexcept
 {
-    SetCurrency(units > INT32_MAX   ? INT32_MAX
-                : units < INT32_MIN ? INT32_MIN
-                                    : static_cast<std::int32_t>(units),
-                0);
+    SetCurrency(units > INT32_MAX ? INT32_MAX : units < INT32_MIN ? INT32_MIN : static_cast<std::int32_t>(units), 0);
 }
 
 void Zn_Currency::SetCurrency(double amount) noexcept

@@ -5,11 +5,11 @@
 namespace {
 
 constexpr zn::VariantType kTypes[] = {
-    {Zn_Variant::Empty, u"null", false},      {Zn_Variant::Null, u"null", false},
-    {Zn_Variant::Integer, u"INTEGER", true},  {Zn_Variant::Decimal, u"DECIMAL", true},
+    {Zn_Variant::Empty, u"null", false},       {Zn_Variant::Null, u"null", false},
+    {Zn_Variant::Integer, u"INTEGER", true},   {Zn_Variant::Decimal, u"DECIMAL", true},
     {Zn_Variant::Currency, u"CURRENCY", true}, {Zn_Variant::Date, u"DATE", true},
-    {Zn_Variant::String, u"STRING", true},    {Zn_Variant::Binary, u"BINARY", false},
-    {Zn_Variant::Array, u"ARRAY", false},     {Zn_Variant::Object, u"object", false},
+    {Zn_Variant::String, u"STRING", true},     {Zn_Variant::Binary, u"BINARY", false},
+    {Zn_Variant::Array, u"ARRAY", false},      {Zn_Variant::Object, u"object", false},
 };
 
 // What GetTypeNo accepts: the first row whose name agrees over length characters.
