@@ -93,7 +93,7 @@ protected:
 
 private:
     friend class Zn_DOMElement;
-    void CopyFrom(const Zn_DOMElemList& other);
+    void CopyNodes(const Zn_DOMElemList& other);
     void CopySettings(const Zn_DOMElemList& other) noexcept;
     void SetParents(Zn_DOMElement* parent) noexcept;
     void ReleaseTree() noexcept;

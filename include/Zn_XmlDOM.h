@@ -39,4 +39,8 @@ protected:
     static int FindTag_A(const char* what, const char* text, int length) noexcept;
     // 1 and the encoding's name (empty when the declarations name none), or 0 without an XML declaration.
     static int GetCharSet_A(const char* text, int length, Zn_AString& name);
+
+private:
+    class Builder;
+    int Build(std::u16string_view text);
 };

@@ -1,32 +1,104 @@
 #include "markup_output.h"
 
-#include "foundation/utf8.h"
-
 #include "Zn_CodePage.h"
+
+#include "foundation/xml_escape.h"
 
 namespace zn {
 
 namespace {
 
-// Appends a finished body to a target, or makes it the target when that is empty.
 template <class Target>
-void Deliver(Target& body, Target& target)
+void Deliver(Target body, Target& target)
 {
     if (target.GetLength() == 0)
         target = std::move(body);
+    else if constexpr (requires { target += body; })
+        target += body;
     else
-        Append(target, body);
-    body = Target();
+        target.Append(body.GetData(), body.GetLength());
+}
+
+// What the escaping of texts writes to.
+template <class Put>
+struct EscapeSink {
+    Put put;
+};
+template <class Put>
+void Append(EscapeSink<Put>& sink, std::u16string_view text)
+{
+    sink.put(text);
 }
 
 } // namespace
 
 void WideOutput::PutEscaped(std::u16string_view text) noexcept
 {
-    AppendXml(text, *this);
+    EscapeSink sink{[this](std::u16string_view piece) { Put(piece); }};
+    AppendXml(text, sink);
 }
 
 bool WideOutput::AppendTo(Zn_WString& target) noexcept
+{
+    if (HasFailed())
+        return false;
+    Deliver(TakeBody(), target);
+    return true;
+}
+
+bool WideOutput::AppendTo(Zn_Buffer& target, unsigned codePage, Missing missing) noexcept
+{
+    if (HasFailed())
+        return false;
+    const Zn_WString body = TakeBody();
+    Zn_Buffer bytes;
+    EncodeText(body.GetView(), codePage, bytes, missing);
+    Deliver(std::move(bytes), target);
+    return true;
+}
+
+bool ByteOutput::Serves(unsigned codePage) noexcept
+{
+    switch (KindOfPage(zn_activecodepage(codePage))) {
+    case PageKind::Utf16Le:
+    case PageKind::Utf16Be:
+    case PageKind::PlatformOther:
+        return false;
+    default:
+        return true;
+    }
+}
+
+void ByteOutput::PutEncoded(std::u16string_view text, TextEncoder& encoder) noexcept
+{
+    while (!text.empty()) {
+        constexpr std::size_t kSlack = 64; // the encoder goes on while there is room for 32
+        constexpr std::size_t kBlockUnits = 0x10000;
+        const std::size_t room = 3 * std::min(text.size(), kBlockUnits) + kSlack;
+        char* to = Room(room);
+        if (!to)
+            return;
+        Advance(encoder.Next(text, to, room));
+    }
+}
+
+void ByteOutput::PutEscaped(std::u16string_view text) noexcept
+{
+    if (text.empty())
+        return;
+    if (!zn_isspace(text.front()) && !zn_isspace(text.back())) {
+        char* to = Room(text.size());
+        if (!to)
+            return;
+        const std::size_t plain = CopyPlainXml(text, to);
+        Advance(plain);
+        text.remove_prefix(plain);
+    }
+    EscapeSink sink{[this](std::u16string_view piece) { PutEncoded(piece, texts_); }};
+    AppendXml(text, sink);
+}
+
+bool ByteOutput::AppendTo(Zn_Buffer& target) noexcept
 {
     if (HasFailed())
         return false;

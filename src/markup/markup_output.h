@@ -8,7 +8,7 @@
 #pragma once
 
 #include "foundation/encoding.h"
-#include "foundation/xml_escape.h"
+#include "foundation/utf8.h"
 
 #include "Zn_Buffer.h"
 #include "Zn_WString.h"
@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 namespace zn {
 
@@ -54,8 +55,17 @@ public:
     }
 
 protected:
-    // Cuts the body to what was written.
-    Target& Body() noexcept;
+    // Gives up what was written, with its exact length; writing begins anew.
+    Target TakeBody() noexcept
+    {
+        const int length = static_cast<int>(at_ - begin_);
+        if constexpr (requires { body_.FreeExtra(length); })
+            body_.FreeExtra(length);
+        else
+            body_.SetSize(length);
+        begin_ = at_ = end_ = nullptr;
+        return std::exchange(body_, Target());
+    }
 
 private:
     Char* Grow(std::size_t count) noexcept
@@ -85,19 +95,6 @@ private:
     Char* end_ = nullptr;
     bool failed_ = false;
 };
-
-template <>
-inline Zn_WString& GrowingText<Zn_WString, char16_t>::Body() noexcept
-{
-    body_.FreeExtra(static_cast<int>(at_ - begin_));
-    return body_;
-}
-template <>
-inline Zn_Buffer& GrowingText<Zn_Buffer, char>::Body() noexcept
-{
-    body_.SetSize(static_cast<int>(at_ - begin_));
-    return body_;
-}
 
 class WideOutput : public GrowingText<Zn_WString, char16_t> {
 public:
@@ -156,7 +153,6 @@ public:
 
 private:
     void PutEncoded(std::u16string_view text, TextEncoder& encoder) noexcept;
-    void PutReference(char16_t unit, std::size_t (*write)(char32_t, char16_t*)) noexcept;
 
     TextEncoder names_;
     TextEncoder texts_;
