@@ -53,6 +53,8 @@ public:
     // Appends a copy with that parent; its position, or -1.
     int Add(const Zn_DOMElement& item, Zn_DOMElement* parent = nullptr);
     int Add(const Zn_DOMElement* item, Zn_DOMElement* parent = nullptr);
+    // Appends a new element with this list's code page and no parent, to be filled in place; null without memory.
+    Zn_DOMElement* AppendNew();
 
     unsigned GetCodePage() const noexcept { return codePage_; }
     void SetCodePage(unsigned codePage) noexcept { codePage_ = codePage; }
@@ -83,9 +85,6 @@ public:
     int Save(Zn_Buffer& out, int encode, int indent, int depth) const;
 
 protected:
-    // Appends a new default element with this list's code page, without a parent; null when memory runs out.
-    Zn_DOMElement* AppendNew();
-
     unsigned codePage_;
     int parseContent_ = 1;    // HTML: element content becomes children
     int parseAttributes_ = 1; // HTML: attribute text becomes attributes
@@ -149,7 +148,6 @@ public:
     // name="value" of each attribute, escaped, with blanks between; the value alone for a name with "~" in it.
     void GetAttributeFromList(Zn_WString& out) const;
     // Replaces the attributes by those of a text such as `a=1 b = '2' c` (c is empty) and clears the raw text. 1.
-    int MakeVarList(const Zn_WString& attributeText);
     int MakeVarList(std::u16string_view attributeText);
     // Callers rely on it: 0 when there are attributes or no raw text; else both become empty and it returns 1.
     int MakeVarList();

@@ -1,6 +1,7 @@
 #include "Zn_AString.h"
 #include "Zn_WString.h"
 
+#include "foundation/brace.h"
 #include "foundation/number_text.h"
 
 #include <algorithm>
@@ -16,30 +17,6 @@ void CopyChars(Char* to, const Char* from, std::size_t count) noexcept
 {
     if (count > 0)
         std::memmove(to, from, count * sizeof(Char));
-}
-
-// The bracket that closes one that opens; 0 for any other character.
-template <class Char>
-Char ClosingOf(Char open) noexcept
-{
-    switch (open) {
-    case Char('('):
-        return Char(')');
-    case Char('['):
-        return Char(']');
-    case Char('{'):
-        return Char('}');
-    case Char('<'):
-        return Char('>');
-    default:
-        return Char(0);
-    }
-}
-
-template <class Char>
-bool IsQuote(Char ch) noexcept
-{
-    return ch == Char('"') || ch == Char('\'');
 }
 
 } // namespace
@@ -274,17 +251,9 @@ Self& Zn_StringBase<Char, Self>::Trim()
 template <class Char, class Self>
 Self& Zn_StringBase<Char, Self>::TrimBrace(int flag)
 {
-    const View view = GetView();
-    if (view.empty())
-        return static_cast<Self&>(*this);
-    const Char first = view.front();
-    const bool quote = IsQuote(first);
-    const Char mate = quote ? first : ClosingOf(first);
-    const bool paired = view.size() >= 2 && mate != Char(0) && view.back() == mate && (quote || flag == 0);
-    if (paired)
-        AssignView(view.substr(1, view.size() - 2));
-    else if (quote && flag != 0)
-        AssignView(view.substr(1));
+    const View inner = zn::WithoutBrace(GetView(), flag != 0);
+    if (inner.size() != GetView().size())
+        AssignView(inner);
     return static_cast<Self&>(*this);
 }
 

@@ -4,7 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#  include <emmintrin.h>
+#endif
 
 namespace zn {
 
@@ -31,6 +36,24 @@ constexpr auto kSpecial = [] {
     }
     return special;
 }();
+
+#if defined(__SSE2__) || defined(_M_X64)
+// How many of eight units are plain for certain: blank to "~", without those of the entities. Writes all eight.
+unsigned CopyPlainBlock(const char16_t* text, char* out) noexcept
+{
+    const auto all = [](int unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+    const __m128i out_of_range = _mm_or_si128(_mm_subs_epu16(all(0x20), block), _mm_subs_epu16(block, all(0x7E)));
+    const __m128i ampersand_or_apostrophe = _mm_cmpeq_epi16(_mm_andnot_si128(all(1), block), all(u'&'));
+    const __m128i angle = _mm_cmpeq_epi16(_mm_andnot_si128(all(2), block), all(u'<'));
+    const __m128i quote = _mm_cmpeq_epi16(block, all(u'"'));
+    const __m128i special = _mm_or_si128(_mm_or_si128(ampersand_or_apostrophe, angle), quote);
+    const __m128i plain = _mm_andnot_si128(special, _mm_cmpeq_epi16(out_of_range, _mm_setzero_si128()));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(block, block));
+    const auto mask = static_cast<unsigned>(_mm_movemask_epi8(plain));
+    return static_cast<unsigned>(std::countr_one(mask)) / 2;
+}
+#endif
 
 int DigitValue(char16_t ch, unsigned base) noexcept
 {
@@ -91,6 +114,25 @@ std::size_t FindXmlSpecial(std::u16string_view text, std::size_t start) noexcept
         }
     }
     return text.size();
+}
+
+std::size_t CopyPlainXml(std::u16string_view text, char* out) noexcept
+{
+    std::size_t at = 0;
+    for (;;) {
+#if defined(__SSE2__) || defined(_M_X64)
+        while (at + 8 <= text.size()) {
+            const unsigned count = CopyPlainBlock(text.data() + at, out + at);
+            at += count;
+            if (count < 8)
+                break;
+        }
+#endif
+        if (at == text.size() || text[at] >= 0x80 || kSpecial[text[at]])
+            return at;
+        out[at] = static_cast<char>(text[at]);
+        ++at;
+    }
 }
 
 std::size_t WriteXmlEscape(char16_t unit, char16_t* out) noexcept

@@ -21,6 +21,9 @@ std::size_t WriteXmlReference(char32_t code, char16_t* out) noexcept;
 // Index of the first character from start on that must be escaped; the text's size when there is none.
 // The white space at the text's ends is not looked at.
 std::size_t FindXmlSpecial(std::u16string_view text, std::size_t start) noexcept;
+// Copies the ASCII at the front of text that needs no escape (as far as its ends are no white space) and returns
+// its length. out has room for all of text.
+std::size_t CopyPlainXml(std::u16string_view text, char* out) noexcept;
 // What stands for one character that must be escaped; returns its length.
 std::size_t WriteXmlEscape(char16_t unit, char16_t* out) noexcept;
 
@@ -36,26 +39,43 @@ std::size_t PutXmlReference(XmlReference reference, char16_t* out) noexcept;
 // Whether escaping changes the text.
 bool NeedsXmlEscape(std::u16string_view text) noexcept;
 
+// Escapes text whose ends are not those of the whole.
 template <class Sink>
-void AppendXml(std::u16string_view text, Sink& sink)
+void AppendXmlMiddle(std::u16string_view text, Sink& sink)
 {
     char16_t escape[kReferenceRoom];
-    const auto put = [&](char16_t unit, auto write) { Append(sink, std::u16string_view(escape, write(unit, escape))); };
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t special = FindXmlSpecial(text, at);
+        Append(sink, text.substr(at, special - at));
+        if (special < text.size())
+            Append(sink, std::u16string_view(escape, WriteXmlEscape(text[special], escape)));
+        at = special + 1;
+    }
+}
+
+// How blanks at the ends of a text are written. Plain ones are for readers that take them for part of the text;
+// a text of nothing but white space has them as references all the same.
+enum class EndBlanks { Reference, Plain };
+
+template <class Sink>
+void AppendXml(std::u16string_view text, Sink& sink, EndBlanks blanks = EndBlanks::Reference)
+{
     std::size_t end = text.size();
     while (end > 0 && zn_isspace(text[end - 1]))
         --end;
+    const auto putSpace = [&](char16_t unit) {
+        char16_t reference[kReferenceRoom];
+        if (unit == u' ' && blanks == EndBlanks::Plain && end > 0)
+            Append(sink, std::u16string_view(&unit, 1));
+        else
+            Append(sink, std::u16string_view(reference, WriteXmlReference(unit, reference)));
+    };
     std::size_t at = 0;
     for (; at < end && zn_isspace(text[at]); ++at)
-        put(text[at], WriteXmlReference);
-    while (at < end) {
-        const std::size_t special = FindXmlSpecial(text.substr(0, end), at);
-        Append(sink, text.substr(at, special - at));
-        if (special < end)
-            put(text[special], WriteXmlEscape);
-        at = special + 1;
-    }
+        putSpace(text[at]);
+    AppendXmlMiddle(text.substr(at, end - at), sink);
     for (at = end; at < text.size(); ++at)
-        put(text[at], WriteXmlReference);
+        putSpace(text[at]);
 }
 
 template <class Sink>

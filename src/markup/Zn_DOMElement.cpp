@@ -6,6 +6,26 @@
 
 #include <utility>
 
+namespace {
+
+// Appends the pair even when the name is there already: look-ups find the first.
+void AddAttribute(Zn_NamedStrList& attributes, const zn::NameValue& pair)
+{
+    Zn_NamedStr* attribute = pair.name.empty() ? nullptr : attributes.NewItem();
+    if (!attribute)
+        return;
+    if (pair.place == zn::ValuePlace::None) {
+        attribute->SetId(Zn_WString(pair.name)); // a name alone is not decoded; callers rely on it
+    } else {
+        attribute->SetId(zn::DecodedXml(pair.name));
+        const bool quotesOnly = pair.place == zn::ValuePlace::OwnToken;
+        attribute->SetStr(zn::DecodedXml(zn::WithoutBrace(pair.value, quotesOnly)));
+    }
+    attributes.AddLink(attribute);
+}
+
+} // namespace
+
 Zn_DOMElement::Zn_DOMElement(const Zn_DOMElement& other) : Zn_DOMElement()
 {
     *this = other;
@@ -92,33 +112,15 @@ void Zn_DOMElement::GetAttributeFromList(Zn_WString& out) const
     out = std::move(all);
 }
 
-int Zn_DOMElement::MakeVarList(const Zn_WString& attributeText)
-{
-    const Zn_WString own(attributeText); // it may be the raw text, which is emptied
-    // Callers rely on it: the element's own raw text is gone before it is read.
-    const bool raw = &attributeText == &rawAttributes;
-    return MakeVarList(raw ? std::u16string_view() : own.GetView());
-}
-
 int Zn_DOMElement::MakeVarList(std::u16string_view attributeText)
 {
-    attributes.ReleaseList();
+    // Callers rely on it: the element's own raw text is gone before it is read.
+    if (attributeText.data() == rawAttributes.GetText())
+        attributeText = {};
+    Zn_NamedStrList parsed; // the text may be part of what is replaced
+    zn::ReadNameValues(attributeText, [&parsed](const zn::NameValue& pair) { AddAttribute(parsed, pair); });
+    attributes = std::move(parsed);
     rawAttributes.Empty();
-    zn::ReadNameValues(attributeText, [this](const zn::NameValue& pair) {
-        if (pair.name.empty())
-            return;
-        Zn_NamedStr* attribute = attributes.NewItem();
-        if (!attribute)
-            return;
-        if (pair.place == zn::ValuePlace::None) {
-            attribute->SetId(Zn_WString(pair.name)); // a name alone is not decoded; callers rely on it
-        } else {
-            attribute->SetId(zn::DecodedXml(pair.name));
-            const bool quotesOnly = pair.place == zn::ValuePlace::OwnToken;
-            attribute->SetStr(zn::DecodedXml(zn::WithoutBrace(pair.value, quotesOnly)));
-        }
-        attributes.AddLink(attribute);
-    });
     return 1;
 }
 
@@ -126,5 +128,5 @@ int Zn_DOMElement::MakeVarList()
 {
     if (attributes.Count() > 0 || rawAttributes.IsEmpty())
         return 0;
-    return MakeVarList(rawAttributes);
+    return MakeVarList(rawAttributes.GetView());
 }

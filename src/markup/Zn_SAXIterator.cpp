@@ -61,7 +61,7 @@ int Zn_SAXIterator::Parse(const char* text, int length, unsigned codePage)
     const zn::DeclaredEncoding declared = zn::FindDeclaredEncoding(bytes);
     if (declared.found)
         handler_->OnCharSet(declared.codePage);
-    const Zn_WString wide(bytes.data(), static_cast<int>(bytes.size()), declared.found ? declared.codePage : codePage);
+    const Zn_WString wide = zn::DecodeMarkup(bytes, declared.found ? declared.codePage : codePage);
     return Parse(wide.GetText(), wide.GetLength());
 }
 

@@ -2,6 +2,7 @@
 
 #include "Zn_CodePage.h"
 
+#include "foundation/encoding.h"
 #include "markup/charset_declaration.h"
 #include "markup/tokenizer.h"
 #include "markup/xml_text.h"
@@ -27,16 +28,13 @@ public:
         // Callers rely on it: an element named xml is written back as a processing instruction.
         const int kind = name == u"xml" ? Zn_DOMElement::ProcInstr : Zn_DOMElement::Element;
         Zn_DOMElement* node = AddTag(kind, name, attributes);
-        if (node && open_.Push(list_))
+        full_ = full_ || !open_.Push(list_);
+        if (node)
             list_ = &node->children;
-        else
-            ++skipped_;
     }
     void EndElement(View)
     {
-        if (skipped_ > 0) {
-            --skipped_;
-        } else if (!open_.IsEmpty()) {
+        if (!full_ && !open_.IsEmpty()) {
             list_ = open_.Top();
             open_.Pop();
         }
@@ -61,7 +59,7 @@ public:
 private:
     Zn_DOMElement* AddNode(int kind)
     {
-        Zn_DOMElement* node = list_->AppendNew();
+        Zn_DOMElement* node = full_ ? nullptr : list_->AppendNew();
         if (node)
             node->kind = kind;
         return node;
@@ -83,7 +81,7 @@ private:
     }
 
     bool keepText_;
-    int skipped_ = 0;                     // open elements that found no memory: their content stays one level up
+    bool full_ = false;                   // memory ran out: nothing more is taken
     Zn_DOMElemList* list_;                // where new nodes go
     zn::WorkStack<Zn_DOMElemList*> open_; // the lists around it
 };

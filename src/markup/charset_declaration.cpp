@@ -124,6 +124,12 @@ DeclaredEncoding FindDeclaredEncoding(std::string_view text)
     return {true, zn_findcodepageA(name.c_str())};
 }
 
+Zn_WString DecodeMarkup(std::string_view text, unsigned codePage)
+{
+    const Zn_WString wide(text.data(), static_cast<int>(text.size()), codePage);
+    return wide.GetAt(0) == 0xFEFF ? wide.Mid(1) : wide;
+}
+
 int FindTag_A(const char* what, const char* text, int length) noexcept
 {
     if (!what || !text || length < 1)

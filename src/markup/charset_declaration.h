@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Zn_AString.h"
+#include "Zn_WString.h"
 
 #include <string>
 #include <string_view>
@@ -29,6 +30,9 @@ struct DeclaredEncoding {
     unsigned codePage;
 };
 DeclaredEncoding FindDeclaredEncoding(std::string_view text);
+
+// 8-bit markup in a code page as wide text, without a byte order mark in front.
+Zn_WString DecodeMarkup(std::string_view text, unsigned codePage);
 
 // The two searches in the form in which the readers offer them to derived classes.
 int FindTag_A(const char* what, const char* text, int length) noexcept;

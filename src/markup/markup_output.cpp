@@ -2,8 +2,6 @@
 
 #include "Zn_CodePage.h"
 
-#include "foundation/xml_escape.h"
-
 namespace zn {
 
 namespace {
@@ -32,10 +30,10 @@ void Append(EscapeSink<Put>& sink, std::u16string_view text)
 
 } // namespace
 
-void WideOutput::PutEscaped(std::u16string_view text) noexcept
+void WideOutput::PutEscaped(std::u16string_view text, EndBlanks blanks) noexcept
 {
     EscapeSink sink{[this](std::u16string_view piece) { Put(piece); }};
-    AppendXml(text, sink);
+    AppendXml(text, sink, blanks);
 }
 
 bool WideOutput::AppendTo(Zn_WString& target) noexcept
@@ -82,20 +80,19 @@ void ByteOutput::PutEncoded(std::u16string_view text, TextEncoder& encoder) noex
     }
 }
 
-void ByteOutput::PutEscaped(std::u16string_view text) noexcept
+void ByteOutput::PutEscaped(std::u16string_view text, EndBlanks blanks) noexcept
 {
     if (text.empty())
         return;
-    if (!zn_isspace(text.front()) && !zn_isspace(text.back())) {
-        char* to = Room(text.size());
-        if (!to)
-            return;
-        const std::size_t plain = CopyPlainXml(text, to);
-        Advance(plain);
-        text.remove_prefix(plain);
-    }
     EscapeSink sink{[this](std::u16string_view piece) { PutEncoded(piece, texts_); }};
-    AppendXml(text, sink);
+    if (zn_isspace(text.front()) || zn_isspace(text.back()))
+        return AppendXml(text, sink, blanks);
+    char* to = Room(text.size());
+    if (!to)
+        return;
+    const std::size_t plain = CopyPlainXml(text, to);
+    Advance(plain);
+    AppendXmlMiddle(text.substr(plain), sink);
 }
 
 bool ByteOutput::AppendTo(Zn_Buffer& target) noexcept

@@ -9,6 +9,7 @@
 
 #include "foundation/encoding.h"
 #include "foundation/utf8.h"
+#include "foundation/xml_escape.h"
 
 #include "Zn_Buffer.h"
 #include "Zn_WString.h"
@@ -25,10 +26,7 @@ template <class Target, class Char>
 class GrowingText {
 public:
     // Where the next `count` characters go, null when memory ran out: then nothing more is taken.
-    Char* Room(std::size_t count) noexcept
-    {
-        return static_cast<std::size_t>(end_ - at_) >= count ? at_ : Grow(count);
-    }
+    Char* Room(std::size_t count) noexcept { return static_cast<std::size_t>(end_ - at_) >= count ? at_ : Grow(count); }
     void Advance(std::size_t count) noexcept { at_ += count; }
     void Fail() noexcept
     {
@@ -36,10 +34,10 @@ public:
         begin_ = at_ = end_ = nullptr;
     }
     bool HasFailed() const noexcept { return failed_; }
-    void PutUnit(Char unit) noexcept
+    void PutChar(char ascii) noexcept
     {
         if (Char* to = Room(1)) {
-            *to = unit;
+            *to = static_cast<Char>(ascii);
             Advance(1);
         }
     }
@@ -112,7 +110,7 @@ public:
             Advance(text.size());
         }
     }
-    void PutEscaped(std::u16string_view text) noexcept;
+    void PutEscaped(std::u16string_view text, EndBlanks blanks = EndBlanks::Reference) noexcept;
 
     // Appends what was written and begins anew; false when memory ran out on the way.
     bool AppendTo(Zn_WString& target) noexcept;
@@ -147,7 +145,7 @@ public:
             Advance(text.size());
         }
     }
-    void PutEscaped(std::u16string_view text) noexcept;
+    void PutEscaped(std::u16string_view text, EndBlanks blanks = EndBlanks::Reference) noexcept;
 
     bool AppendTo(Zn_Buffer& target) noexcept;
 

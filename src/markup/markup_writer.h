@@ -45,10 +45,11 @@ private:
 };
 
 struct MarkupLayout {
-    bool escape = true;        // text nodes are escaped
-    bool indent = true;        // nodes stand on lines of their own, indented by tabs
-    int depth = 0;             // tabs of the first level
-    char16_t separator = u' '; // in front of attributes
+    bool escape = true;                      // text nodes are escaped
+    bool indent = true;                      // nodes stand on lines of their own, indented by tabs
+    int depth = 0;                           // tabs of the first level
+    char16_t separator = u' ';               // in front of attributes
+    EndBlanks blanks = EndBlanks::Reference; // Plain in messages, whose readers keep blanks around a text
 };
 
 template <class Output>
@@ -58,7 +59,8 @@ public:
 
     MarkupWriter(Output& output, const MarkupLayout& layout) noexcept
         : output_(output), depth_(layout.depth > 0 ? static_cast<std::size_t>(layout.depth) : 0),
-          escape_(layout.escape), breakLines_(layout.escape && layout.indent), separator_(layout.separator)
+          escape_(layout.escape), breakLines_(layout.escape && layout.indent), separator_(layout.separator),
+          blanks_(layout.blanks)
     {
     }
 
@@ -67,7 +69,7 @@ public:
     {
         BeginNode(kind);
         if (escape_)
-            output_.PutEscaped(text);
+            output_.PutEscaped(text, blanks_);
         else
             output_.Put(text);
     }
@@ -103,7 +105,7 @@ public:
             output_.PutAscii("<?");
         } else {
             NewLine();
-            output_.PutUnit('<');
+            output_.PutChar('<');
         }
         tag.PutTo(output_);
         inTag_ = true;
@@ -121,13 +123,13 @@ public:
         using Char = typename decltype(text)::value_type;
         const char quote = text.find(Char('"')) == text.npos ? '"' : '\'';
         name.PutTo(output_);
-        output_.PutUnit('=');
-        output_.PutUnit(quote);
+        output_.PutChar('=');
+        output_.PutChar(quote);
         if constexpr (sizeof(Char) == 1)
             output_.PutAscii(text); // 8-bit values hold nothing to escape
         else
             output_.PutEscaped(text);
-        output_.PutUnit(quote);
+        output_.PutChar(quote);
     }
     void RawAttributes(View text) noexcept
     {
@@ -156,7 +158,7 @@ public:
             NewLine();
         output_.PutAscii("</");
         frame.tag.PutTo(output_);
-        output_.PutUnit('>');
+        output_.PutChar('>');
     }
 
 private:
@@ -209,7 +211,7 @@ private:
         else if (kind == Zn_DOMElement::EmptyElement)
             output_.PutAscii("/>");
         else
-            output_.PutUnit('>');
+            output_.PutChar('>');
     }
     void Separate() noexcept { output_.Put(View(&separator_, 1)); }
     void NewLine() noexcept
@@ -224,6 +226,7 @@ private:
     bool breakLines_;
     bool inTag_ = false;
     char16_t separator_;
+    EndBlanks blanks_;
     WorkStack<Frame> open_;
 };
 

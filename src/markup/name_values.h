@@ -13,9 +13,9 @@ namespace zn {
 
 // Where a value stood. It has its quotes still.
 enum class ValuePlace {
-    None,      // a name alone; the value is empty
-    WithName,  // name=value in one token
-    OwnToken   // behind "=" in another token
+    None,     // a name alone; the value is empty
+    WithName, // name=value in one token
+    OwnToken  // behind "=" in another token
 };
 
 struct NameValue {

@@ -165,7 +165,10 @@ bool TagEndFinder::MakeTable(Table& table, const char16_t* begin, const char16_t
     // Where a search from here, and from 1 to 3 units further, ends.
     const char16_t* closes[4] = {};
     // The same for the two nearest places after "-->" (the nearest may overlap a "<!--").
-    struct { const char16_t* at; const char16_t* close; } comments[2] = {};
+    struct {
+        const char16_t* at;
+        const char16_t* close;
+    } comments[2] = {};
     try {
         for (const char16_t* at = end; at-- != begin;) {
             std::copy_backward(closes, closes + 3, closes + 4);
@@ -174,7 +177,9 @@ bool TagEndFinder::MakeTable(Table& table, const char16_t* begin, const char16_t
                     closes[0] = at;
                     table.steps.push_back({at, at});
                 }
-            } else if (*at == u'-' && std::u16string_view(at, std::min<std::size_t>(3, static_cast<std::size_t>(end - at))) == kCommentEnd) {
+            } else if (*at == u'-' &&
+                       std::u16string_view(at, std::min<std::size_t>(3, static_cast<std::size_t>(end - at))) ==
+                           kCommentEnd) {
                 comments[1] = comments[0];
                 comments[0] = {at, closes[3]};
             } else if (*at == u'<' && BeginsWith(at, end, kCommentStart)) {
@@ -193,8 +198,8 @@ bool TagEndFinder::MakeTable(Table& table, const char16_t* begin, const char16_t
 const char16_t* TagEndFinder::LookUp(const Table& table, const char16_t* at) noexcept
 {
     // The steps are in falling order: the last one that is not before `at` is where its search is decided.
-    const auto step = std::partition_point(table.steps.begin(), table.steps.end(),
-                                           [at](const Step& s) { return s.at >= at; });
+    const auto step =
+        std::partition_point(table.steps.begin(), table.steps.end(), [at](const Step& s) { return s.at >= at; });
     return step == table.steps.begin() ? nullptr : std::prev(step)->close;
 }
 

@@ -12,20 +12,19 @@ namespace zn {
 // The kinds of markup, with the numbers of Zn_DOMElement::Kind.
 enum class Markup : int {
     ProcInstr = 16,
-    Declaration = 17,  // DOCTYPE
+    Declaration = 17, // DOCTYPE
     CData = 18,
     Element = 48,
     EmptyElement = 49,
-    Ignored = -1,      // any other "<!"
+    Ignored = -1, // any other "<!"
     Comment = 153
 };
 
 // A unit above 0x7F counts by its low 8 bits alone: many CJK characters end a name. Callers rely on it.
 constexpr bool IsNameUnit(char16_t unit) noexcept
 {
-    return (unit & 0x80) != 0 ||
-           (unit < 0x80 && ((unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
-                            (unit >= u'0' && unit <= u':') || unit == u'_'));
+    return (unit & 0x80) != 0 || (unit < 0x80 && ((unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
+                                                  (unit >= u'0' && unit <= u':') || unit == u'_'));
 }
 
 // Length of the tag name just after "<" or "</" ("?" and "!" as first character included); 0 when there is none.
@@ -39,9 +38,9 @@ Markup ClassifyMarkup(const char16_t* name, const char16_t* end) noexcept;
 
 // Where a tag ends, and where the reader goes on.
 struct TagEnd {
-    const char16_t* at = nullptr;   // null: it has no end
+    const char16_t* at = nullptr; // null: it has no end
     const char16_t* next = nullptr;
-    Markup kind = Markup::Element;  // EmptyElement when it ended with "/>"
+    Markup kind = Markup::Element; // EmptyElement when it ended with "/>"
 };
 
 // Finds the end of markup of a kind, searching from the end of its name.
@@ -57,8 +56,8 @@ public:
 
 private:
     struct Step {
-        const char16_t* at;     // where the search is decided: at a ">" that ends a tag or at a "<!--"
-        const char16_t* close;  // the ">" it leads to; null for none
+        const char16_t* at;    // where the search is decided: at a ">" that ends a tag or at a "<!--"
+        const char16_t* close; // the ">" it leads to; null for none
     };
     struct Table {
         bool made = false;

@@ -5,10 +5,10 @@
 #include <string_view>
 
 #if defined(__SSE2__) || defined(_M_X64)
-#  define ZN_SCAN_SSE2 1
-#  include <emmintrin.h>
+#    define ZN_SCAN_SSE2 1
+#    include <emmintrin.h>
 #else
-#  define ZN_SCAN_SSE2 0
+#    define ZN_SCAN_SSE2 0
 #endif
 
 namespace zn {

@@ -8,6 +8,9 @@
 //     EmptyElement(name, attributes)   StartElement(name, attributes)   EndElement(name)
 //     WhiteSpace(text)   Text(text)   CData(text)   Comment(text)
 //
+// A handler with a member TextRun(run, text) gets each run of text in one call instead of WhiteSpace and Text:
+// the whole run, and the part without the white space at its ends, which may be empty.
+//
 // Parse answers false for malformed text; what was reported before stands.
 #pragma once
 
@@ -60,19 +63,24 @@ private:
     // Reports the text run before `to`, the white space at its ends on its own.
     void Flush(const char16_t* to)
     {
+        if (run_ == to)
+            return;
         const char16_t* first = run_;
         while (first != to && zn_isspace(*first))
             ++first;
-        if (first != run_)
-            handler_.WhiteSpace(MakeView(run_, first));
-        if (first == to)
-            return;
         const char16_t* last = to;
-        while (zn_isspace(last[-1]))
+        while (last != first && zn_isspace(last[-1]))
             --last;
-        handler_.Text(MakeView(first, last));
-        if (last != to)
-            handler_.WhiteSpace(MakeView(last, to));
+        if constexpr (requires(View view) { handler_.TextRun(view, view); }) {
+            handler_.TextRun(MakeView(run_, to), MakeView(first, last));
+        } else {
+            if (first != run_)
+                handler_.WhiteSpace(MakeView(run_, first));
+            if (first != last)
+                handler_.Text(MakeView(first, last));
+            if (last != to)
+                handler_.WhiteSpace(MakeView(last, to));
+        }
     }
 
     void GoOn(const char16_t* to) noexcept { at_ = run_ = to; }
@@ -164,7 +172,7 @@ private:
     const char16_t* at_ = nullptr;
     const char16_t* run_ = nullptr; // where the pending text run starts
     const char16_t* end_ = nullptr;
-    WorkStack<View> open_;          // the names of the open elements
+    WorkStack<View> open_; // the names of the open elements
 };
 
 } // namespace zn

@@ -1,0 +1,198 @@
+// Input that is deep, hostile or broken: nothing recurses, reads outside, or takes more than linear time.
+#include "EventLog.h"
+#include "Zn_XmlDOM.h"
+
+#include "markup/charset_declaration.h"
+#include "markup/tag_scan.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <random>
+#include <sstream>
+
+namespace {
+
+bool LongTests()
+{
+    return std::getenv("ZN_LONG_TESTS") != nullptr;
+}
+
+std::u16string Repeat(std::u16string_view piece, int count)
+{
+    std::u16string text;
+    for (int i = 0; i < count; ++i)
+        text += piece;
+    return text;
+}
+
+TEST(HostileMarkup, AMillionLevels)
+{
+    constexpr int kDepth = 1000000;
+    const std::u16string text = Repeat(u"<a>", kDepth) + u"<b/>" + Repeat(u"</a>", kDepth);
+    Zn_XmlDOM doc;
+    ASSERT_EQ(doc.Load(text.data(), static_cast<int>(text.size())), 1);
+    ASSERT_NE(doc.FindTagRecurs(u"b", 0), nullptr);
+    EXPECT_EQ(doc.FindTagRecurs(u"a", kDepth), nullptr);
+
+    Zn_XmlDOM copy(doc);
+    Zn_WString saved;
+    copy.Save(saved, 1, 0, 0);
+    EXPECT_TRUE(saved == text);
+    Zn_Buffer bytes;
+    copy.Save(bytes, 1, 0, 0);
+    EXPECT_EQ(bytes.GetLength(), static_cast<int>(text.size()));
+
+    Zn_DOMElement element;
+    element.Set(doc[0]);
+    doc = copy;
+    copy.Assign(&element.children, &element);
+    element = copy[0];
+    copy.ReleaseList();
+    EXPECT_EQ(element.children.Count(), 1);
+    element.Clear();
+    EXPECT_EQ(doc.Delete(0), 1);
+}
+
+double Seconds(const std::function<void()>& work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// The time of twice the input may be four times that of the input in a slow moment; the square of a million is
+// beyond any limit.
+TEST(HostileMarkup, TimeGrowsWithTheInput)
+{
+    struct {
+        std::u16string_view head;
+        std::u16string_view piece;
+        std::u16string_view tail;
+    } rows[] = {
+        {u"", u"<", u""},
+        {u"", u"<!--", u""},
+        {u"", u"<a ", u""},
+        {u"", u"</", u""},
+        {u"", u"&", u""},
+        {u"", u">", u""},
+        {u"", u"]", u""},
+        {u"", u"-", u""},
+        {u"<a ", u"<!--", u""},
+        {u"", u"<a <!-- --> ", u"<!--"},
+        {u"", u"<a <![CDATA[<!--]]>", u"-->"},
+        {u"", u"<a <![CDATA[<!--]]>", u"--><!--"},
+        {u"", u"<?a <!-- -->", u""},
+        {u"", u"<?a >", u""},
+        {u"<!DOCTYPE ", u"]<!---->", u""},
+        {u"", u"</a", u""},
+        {u"<a>", u"<a x=\"", u""},
+        {u"<a ", u"x='\" ", u"/>"},
+        {u"<a ", u"x=\"1\" ", u"/>"},
+        {u"<a ", u"=", u"/>"},
+        {u"", u"&#", u""},
+        {u"", u"<?xml", u"?>"},
+    };
+    const int count = LongTests() ? 2000000 : 200000;
+    for (const auto& row : rows) {
+        const auto load = [&](int n) {
+            const std::u16string text = std::u16string(row.head) + Repeat(row.piece, n) + std::u16string(row.tail);
+            return Seconds([&] {
+                Zn_XmlDOM doc(1, 1, 1);
+                doc.Load(text.data(), static_cast<int>(text.size()));
+            });
+        };
+        const double once = load(count);
+        EXPECT_LT(load(2 * count), 4 * once + 0.3) << Zn_WString(row.piece).ToUtf8();
+        EXPECT_LT(once, 3.0) << Zn_WString(row.piece).ToUtf8();
+    }
+}
+
+TEST(HostileMarkup, TimeOfTheDeclarationsSearch)
+{
+    std::pair<std::string_view, std::string_view> rows[] = {
+        {"?xml", ""}, {"<?xml", "?>"}, {"<?xml?>", ""},         {"<?xml ", ""},
+        {"?xm", ""},  {" ?xml  ", ""}, {"<a?>", "?xml12?xml "}, {"?>", ""},
+    };
+    for (const auto& [piece, tail] : rows) {
+        std::string text;
+        for (int i = 0; i < 300000; ++i)
+            text += piece;
+        text += tail;
+        EXPECT_LT(Seconds([&] {
+                      std::string name;
+                      zn::FindXmlEncoding(text, name);
+                      zn::FindTag("?xml", text);
+                  }),
+                  2.0)
+            << piece;
+    }
+}
+
+// Every prefix and many mutations of a message are read to an end, and what is read can be written and read again
+// to the same tree.
+void ReadAndWrite(const std::string& bytes)
+{
+    Zn_XmlDOM doc(1, 1, 1);
+    doc.Load(bytes.data(), static_cast<int>(bytes.size()), 65001);
+    Zn_WString text;
+    doc.Save(text, 1, 0, 0);
+    EventLog handler;
+    Zn_SAXIterator(&handler).Parse(bytes.data(), static_cast<int>(bytes.size()), 65001);
+}
+
+TEST(HostileMarkup, BrokenMessages)
+{
+    std::ifstream file(std::string(ZN_TEST_DATA) + "/store/changes-mode2.xml", std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    const std::string whole = content.str();
+    ASSERT_GT(whole.size(), 4000u);
+    const std::string head = whole.substr(0, 4000);
+    for (std::size_t length = 0; length < head.size(); length += LongTests() ? 1u : 13u)
+        ReadAndWrite(head.substr(0, length));
+
+    std::mt19937 random(11);
+    const std::string_view pieces[] = {"<",   ">",         "</", "/>", "<!--", "-->",  "<![CDATA[",
+                                       "]]>", "<!DOCTYPE", "]",  "?>", "<?",   "&",    "&#",
+                                       ";",   "\"",        "'",  "=",  "\\",   "\xFF", "\xED\xA0\x80"};
+    const int rounds = LongTests() ? 200000 : 500;
+    for (int round = 0; round < rounds; ++round) {
+        std::string text = head;
+        for (auto n = 1 + random() % 8; n > 0; --n) {
+            const std::size_t at = random() % text.size();
+            if (random() % 2)
+                text.replace(at, random() % 20, pieces[random() % std::size(pieces)]);
+            else
+                text[at] = static_cast<char>(random());
+        }
+        ReadAndWrite(text);
+    }
+}
+
+// The table that stands in for searching once a tag had no end gives the same answers as searching.
+TEST(HostileMarkup, TagEndsFromTheTable)
+{
+    std::mt19937 random(5);
+    const std::u16string_view pieces[] = {u"<a", u" ", u">", u"/>", u"?>", u"<!--", u"-->", u"-", u"x", u"<?b", u"?"};
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string text;
+        for (auto n = random() % 30; n > 0; --n)
+            text += pieces[random() % std::size(pieces)];
+        const char16_t* const end = text.data() + text.size();
+        zn::TagEndFinder finder(end);
+        for (const char16_t* at = text.data(); at != end; ++at) {
+            const zn::Markup kind = random() % 2 ? zn::Markup::Element : zn::Markup::ProcInstr;
+            const zn::TagEnd found = finder.Find(at, kind);
+            const zn::TagEnd searched = zn::FindTagEnd(at, end, kind);
+            ASSERT_EQ(found.at, searched.at) << Zn_WString(text).ToUtf8() << " at " << at - text.data();
+            ASSERT_EQ(found.next, searched.next);
+            ASSERT_TRUE(!found.at || found.kind == searched.kind);
+        }
+    }
+}
+
+} // namespace
