@@ -1,18 +1,19 @@
-// The binary record of a value, at an offset that the first byte chooses.
+// The binary record of a value. What was read is written and read again.
 #include "fuzz.h"
 
 #include "Zn_Variant.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    if (size == 0)
-        return 0;
-    const Zn_Buffer in = BufferOf(data + 1, size - 1);
+    const Zn_Buffer in = BufferOf(data, size);
     Zn_Variant value;
-    const int end = value.Load(in, data[0] & 7, 65001);
-    Require(end <= in.GetLength());
-    Zn_Buffer out;
-    value.Save(out, 65001);
+    const int end = value.Load(in, 0, 65001);
+    Require(end >= -1 && end <= in.GetLength());
     value.ToString();
+    value.ToDouble();
+    Zn_Buffer out;
+    Require(value.Save(out, 65001) == out.GetLength());
+    Zn_Variant again;
+    again.Load(out, 0, 65001);
     return 0;
 }
