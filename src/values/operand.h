@@ -1,15 +1,10 @@
 // What an operator works on: the operand itself, or what stands for an object.
 #pragma once
 
-#include "Zn_VarObject.h"
-#include "Zn_Variant.h"
+#include "values/default_property.h"
+#include "values/variant_types.h"
 
 namespace zn {
-
-inline bool IsAbsent(const Zn_Variant& value) noexcept
-{
-    return value.type == Zn_Variant::Empty || value.type == Zn_Variant::Null;
-}
 
 // An object is replaced by the value of its default property, whatever the property's result says; one
 // without a default property stays. Only one step is taken: a value that is again an object stays one.
@@ -17,8 +12,11 @@ class Operand {
 public:
     explicit Operand(const Zn_Variant& value) : value_(&value)
     {
-        if (value.type == Zn_Variant::Object)
-            Resolve(*value.GetConstObject());
+        if (value.type != Zn_Variant::Object)
+            return;
+        const DefaultProperty outcome = ReadDefaultProperty(value, replaced_);
+        if (outcome == DefaultProperty::Read || outcome == DefaultProperty::Failed)
+            value_ = &replaced_;
     }
     Operand(const Operand&) = delete;
     Operand& operator=(const Operand&) = delete;
@@ -27,15 +25,6 @@ public:
     const Zn_Variant* operator->() const noexcept { return value_; }
 
 private:
-    void Resolve(const Zn_VarObject& object)
-    {
-        const char16_t* name = object.GetDefaultProp();
-        if (!name)
-            return;
-        object.GetProperty(object.GetContext(), name, nullptr, replaced_);
-        value_ = &replaced_;
-    }
-
     const Zn_Variant* value_;
     Zn_Variant replaced_;
 };

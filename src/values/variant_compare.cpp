@@ -2,16 +2,12 @@
 #include "Zn_Text.h"
 #include "Zn_VarObject.h"
 #include "Zn_Variant.h"
+#include "values/variant_types.h"
 
 #include <bit>
 #include <cstring>
 
 namespace {
-
-bool IsAbsent(std::uint16_t type)
-{
-    return type == Zn_Variant::Empty || type == Zn_Variant::Null;
-}
 
 // What Compare makes of a difference; NaN counts as above.
 int SignOf(double difference)
@@ -41,7 +37,7 @@ int CompareBytes(const Zn_Buffer& a, const Zn_Buffer& b)
 
 int Zn_Variant::Compare(const Zn_Variant& other) const
 {
-    if (IsAbsent(type) && IsAbsent(other.type))
+    if (zn::IsAbsent(*this) && zn::IsAbsent(other))
         return 0;
     if (type != other.type)
         return 1;

@@ -14,4 +14,10 @@ struct VariantType {
 // The row of a type code; null for a code that is none.
 const VariantType* FindType(std::uint16_t code) noexcept;
 
+// Empty or null: no value at all.
+inline bool IsAbsent(const Zn_Variant& value) noexcept
+{
+    return value.type == Zn_Variant::Empty || value.type == Zn_Variant::Null;
+}
+
 } // namespace zn
