@@ -36,8 +36,7 @@ public:
     static int UnRegisterContainer(Zn_VarObjectCtx* context);
     static int IsValid(Zn_VarObjectCtx* context);
 
-protected:
-    ~Zn_VarObjectCtx() = default;
+    virtual ~Zn_VarObjectCtx();
 };
 
 class ZN_API Zn_VarObjectBase {

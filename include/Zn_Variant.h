@@ -325,6 +325,7 @@ private:
     void Release() noexcept;
 
     Live live_ = None;
+    std::uint32_t zero_ = 0; // no byte is left to chance
     alignas(8) Value value_;
 };
 

@@ -47,6 +47,8 @@ int Zn_VarObjectCtx::IsValid(Zn_VarObjectCtx* context)
     return registry.contexts.IndexOf(context) >= 0;
 }
 
+Zn_VarObjectCtx::~Zn_VarObjectCtx() = default;
+
 Zn_VarObjectBase::~Zn_VarObjectBase() = default;
 
 int Zn_VarObjectBase::AddRef() noexcept

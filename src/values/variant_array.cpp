@@ -57,23 +57,12 @@ Zn_Variant::ArrayBox* Zn_Variant::ArrayBox::NewCopy(const Zn_VariantList& source
 
 void Zn_Variant::ArrayBox::Free(ArrayBox* box) noexcept
 {
-    static constinit thread_local bool busy = false;
-    static constinit thread_local ArrayBox* noted = nullptr;
-
     if (box->source_) { // its place in the notes is needed until they are worked off
         box->freed_ = true;
         return;
     }
-    box->next_ = std::exchange(noted, box);
-    if (busy)
-        return;
-    busy = true;
-    while (ArrayBox* last = noted) {
-        noted = last->next_;
-        last->~ArrayBox();
-        zn_free(last);
-    }
-    busy = false;
+    box->~ArrayBox(); // the handler of the items sees to the depth of what is inside
+    zn_free(box);
 }
 
 Zn_Variant::ArrayBox::DirectCopies::DirectCopies() noexcept : outer_(std::exchange(PendingCopies::current, nullptr)) {}

@@ -1,10 +1,10 @@
-// The list behind an ARRAY variant, on the heap, and how arrays of arrays are copied and freed without recursion.
+// The list behind an ARRAY variant, on the heap, and how arrays of arrays are copied without recursion.
 #pragma once
 
 #include "Zn_VariantList.h"
 
-// Arrays within arrays may be nested deeper than the stack reaches. While a thread copies or frees one
-// array, those inside it are only noted, and the outermost call works the notes off.
+// Arrays within arrays may be nested deeper than the stack reaches. While a thread copies one, those
+// inside it are only noted, and the outermost call works the notes off.
 struct Zn_Variant::ArrayBox {
     // An empty list; null when memory runs out.
     static ArrayBox* New();

@@ -143,8 +143,7 @@ TEST(Zn_Variant, IntAndLongMeanInteger)
     EXPECT_EQ(v.ToInteger(), std::numeric_limits<std::int32_t>::max());
     v.Set(std::numeric_limits<long>::min());
     EXPECT_EQ(v.ToInteger(), std::numeric_limits<std::int32_t>::min());
-    if constexpr (sizeof(long) > 4)
-        EXPECT_FALSE(v == std::numeric_limits<long>::min()) << "compared as it is, not clamped";
+    EXPECT_EQ(v == std::numeric_limits<long>::min(), sizeof(long) == 4) << "compared as it is, not clamped";
 }
 
 TEST(Zn_Variant, Setters)
@@ -193,8 +192,9 @@ TEST(Zn_Variant, DoublesBeyondIntegers)
         std::int32_t integer;
     };
     constexpr double inf = std::numeric_limits<double>::infinity();
-    for (const Row& row : {Row{1e10, INT32_MAX}, Row{-1e10, INT32_MIN}, Row{inf, INT32_MAX}, Row{-inf, INT32_MIN},
-                           Row{std::nan(""), 0}, Row{2147483647.9, INT32_MAX}, Row{-2147483648.9, INT32_MIN}, Row{-1.9, -1}})
+    for (const Row& row :
+         {Row{1e10, INT32_MAX}, Row{-1e10, INT32_MIN}, Row{inf, INT32_MAX}, Row{-inf, INT32_MIN}, Row{std::nan(""), 0},
+          Row{2147483647.9, INT32_MAX}, Row{-2147483648.9, INT32_MIN}, Row{-1.9, -1}})
         EXPECT_EQ(Zn_Variant(row.number).ToInteger(), row.integer) << row.number;
 }
 
@@ -230,8 +230,9 @@ TEST(Zn_Variant, ChangeType)
                 else if (target == Zn_Variant::Date)
                     EXPECT_EQ(changed->GetDateTime()->GetStored(), scalar ? kind.date : 0);
                 else
-                    EXPECT_EQ(changed->ToDouble(),
-                              !scalar ? 0 : target == Zn_Variant::Integer ? kind.integer : kind.number);
+                    EXPECT_EQ(changed->ToDouble(), !scalar                         ? 0
+                                                   : target == Zn_Variant::Integer ? kind.integer
+                                                                                   : kind.number);
             }
         }
     }
