@@ -50,7 +50,7 @@ public:
         return 0;
     }
     // Callers rely on it: 0, not 1, when the lists are equal.
-    int operator==(const List& other) const { return Compare(other); }
+    friend int operator==(const List& a, const List& b) { return a.Compare(b); }
 
     // Appends the items of changed that base lacks or has with another text; returns how many.
     int AppendDiffList(const List& base, const List& changed)

@@ -14,7 +14,7 @@ public:
     {
     }
 
-    // Constructs a default item in the given memory and returns it.
+    // Constructs a default item in the given memory and returns it; null when it can't.
     virtual void* _InitItem(void* memory) = 0;
     // Destroys the item in place; its memory goes back to the pool afterwards.
     virtual void _FreeItem(void* item) = 0;

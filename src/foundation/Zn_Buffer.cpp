@@ -135,8 +135,8 @@ int Zn_Buffer::AddSize(int count)
 
 void Zn_Buffer::Reserve(int length)
 {
-    if (length > 0)
-        MakeOwn(length);
+    if (length > GetLength())
+        MakeRoom(length - GetLength());
 }
 
 unsigned char* Zn_Buffer::GetSafeBuffer(int minLength)

@@ -64,7 +64,10 @@ Zn_ListObjHandler::~Zn_ListObjHandler() = default;
 void* Zn_ListObjHandler::NewItem()
 {
     void* memory = pool_.Alloc();
-    return memory ? _InitItem(memory) : nullptr;
+    void* item = memory ? _InitItem(memory) : nullptr;
+    if (!item)
+        pool_.Free(memory);
+    return item;
 }
 
 void* Zn_ListObjHandler::NewCopy(const void* source)

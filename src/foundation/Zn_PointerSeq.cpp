@@ -1,6 +1,7 @@
 #include "Zn_PointerSeq.h"
 
 #include "foundation/memory.h"
+#include "foundation/part_index.h"
 
 #include <algorithm>
 #include <atomic>
@@ -14,8 +15,12 @@ constexpr int kChunk = 512;            // places of one chunk
 constexpr int kFill = kChunk / 8 * 7;  // of them taken when an array becomes chunks
 constexpr int kMerge = kChunk / 4 * 3; // two neighbours that hold no more become one
 constexpr int kFar = 2048;             // to move more places than that for one pointer is worth having chunks
+constexpr int kFirst = 3;              // places that the first pointer brings
+
+constexpr int kMostChunks = INT_MAX / 32; // of a directory whose bytes an int counts
 
 constexpr int kPointer = static_cast<int>(sizeof(void*));
+constexpr int kMost = INT_MAX / kPointer - 2; // places of one array behind its head
 
 void Move(void** to, void** from, int count) noexcept
 {
@@ -24,25 +29,26 @@ void Move(void** to, void** from, int count) noexcept
 
 } // namespace
 
-// The directory of the chunks: their addresses, how many places each has taken, and a tree of partial sums
-// over those numbers (a Fenwick tree), in which the chunk of an index is found. No chunk stays empty.
+// The directory of the chunks: their addresses, how many places each has taken, and the index over these
+// numbers. No chunk stays empty.
 struct Zn_PointerSeq::Chunks : Head {
-    struct Place {
-        int chunk;
-        int offset;
-    };
+    using Place = zn::PartIndex::Found;
 
     std::int32_t chunkCount;
-    std::int32_t chunkRoom; // a power of two
+    std::int32_t chunkRoom;
     // The chunk last looked up (low half) and the index of its first place: walking along the sequence needs no search.
     std::atomic<std::uint64_t> cursor;
+    zn::PartIndex index;
 
+    Chunks(int tagOfOwner, int chunksToHold) noexcept
+        : Head{0, -1, tagOfOwner}, chunkCount(0), chunkRoom(chunksToHold), cursor(0),
+          index(Used() + chunksToHold, chunksToHold)
+    {
+    }
     void*** Addresses() noexcept { return reinterpret_cast<void***>(this + 1); }
     std::int32_t* Used() noexcept { return reinterpret_cast<std::int32_t*>(Addresses() + chunkRoom); }
-    // tree[i] sums the i & -i chunks before chunk i; without so many chunks it is INT_MAX, where no search goes.
-    std::int32_t* Tree() noexcept { return Used() + chunkRoom; }
 
-    static Chunks* New(int room) noexcept;
+    static Chunks* New(int tagOfOwner, int room) noexcept;
     static void Free(Chunks* chunks) noexcept;
     void SetCursor(int chunk, int start) noexcept
     {
@@ -50,7 +56,7 @@ struct Zn_PointerSeq::Chunks : Head {
                          static_cast<std::uint32_t>(chunk),
                      std::memory_order_relaxed);
     }
-    Place Locate(int index) noexcept;
+    Place Locate(int at) noexcept;
     void AddTo(int chunk, int delta) noexcept;
     void Rebuild() noexcept;
     bool OpenChunk(int at) noexcept;
@@ -58,16 +64,17 @@ struct Zn_PointerSeq::Chunks : Head {
     void MoveTail(int chunk, int moved) noexcept;
     void MoveFront(int chunk, int moved) noexcept;
     void MergeAround(int chunk) noexcept;
-    void Remove(int index, int count) noexcept;
+    void Remove(int at, int removed) noexcept;
 };
 
-Zn_PointerSeq::Chunks* Zn_PointerSeq::Chunks::New(int room) noexcept
+Zn_PointerSeq::Chunks* Zn_PointerSeq::Chunks::New(int tagOfOwner, int room) noexcept
 {
-    constexpr int kEach = kPointer + 2 * static_cast<int>(sizeof(std::int32_t));
-    if (room > (INT_MAX - static_cast<int>(sizeof(Chunks))) / kEach)
+    if (room > kMostChunks)
         return nullptr;
-    void* memory = _zn_malloc(static_cast<int>(sizeof(Chunks)) + room * kEach);
-    return memory ? new (memory) Chunks{{0, -1, 0}, 0, room, 0} : nullptr;
+    constexpr int kNumber = static_cast<int>(sizeof(std::int32_t));
+    const int numbers = room + zn::PartIndex::MemoryFor(room);
+    void* memory = _zn_malloc(static_cast<int>(sizeof(Chunks)) + room * kPointer + numbers * kNumber);
+    return memory ? new (memory) Chunks(tagOfOwner, room) : nullptr;
 }
 
 void Zn_PointerSeq::Chunks::Free(Chunks* chunks) noexcept
@@ -77,42 +84,28 @@ void Zn_PointerSeq::Chunks::Free(Chunks* chunks) noexcept
     zn_free(chunks);
 }
 
-Zn_PointerSeq::Chunks::Place Zn_PointerSeq::Chunks::Locate(int index) noexcept
+Zn_PointerSeq::Chunks::Place Zn_PointerSeq::Chunks::Locate(int at) noexcept
 {
     const std::uint64_t last = cursor.load(std::memory_order_relaxed);
     const int lastChunk = static_cast<int>(last & 0xFFFFFFFF);
-    const int inLast = index - static_cast<int>(last >> 32);
+    const int inLast = at - static_cast<int>(last >> 32);
     if (inLast >= 0 && inLast < Used()[lastChunk])
         return {lastChunk, inLast};
-    const std::int32_t* tree = Tree();
-    int chunk = 0;
-    int rest = index;
-    for (int step = chunkRoom / 2; step > 0; step /= 2) {
-        const std::int32_t sum = tree[chunk + step];
-        const bool beyond = sum <= rest;
-        chunk += beyond ? step : 0;
-        rest -= beyond ? sum : 0;
-    }
-    SetCursor(chunk, index - rest);
-    return {chunk, rest};
+    const Place place = index.Find(at);
+    SetCursor(place.part, at - place.offset);
+    return place;
 }
 
 void Zn_PointerSeq::Chunks::AddTo(int chunk, int delta) noexcept
 {
     Used()[chunk] += delta;
     count += delta;
-    for (int i = chunk + 1; i <= chunkCount && i < chunkRoom; i += i & -i)
-        Tree()[i] += delta;
+    index.Add(chunk, delta);
 }
 
 void Zn_PointerSeq::Chunks::Rebuild() noexcept
 {
-    std::int32_t* tree = Tree();
-    for (int i = 1; i < chunkRoom; ++i)
-        tree[i] = i <= chunkCount ? Used()[i - 1] : INT_MAX;
-    for (int i = 1; i <= chunkCount; ++i)
-        if (const int next = i + (i & -i); next <= chunkCount && next < chunkRoom)
-            tree[next] += tree[i];
+    index.Build(Used(), chunkCount);
     SetCursor(0, 0);
 }
 
@@ -173,18 +166,18 @@ void Zn_PointerSeq::Chunks::MergeAround(int chunk) noexcept
     }
 }
 
-void Zn_PointerSeq::Chunks::Remove(int index, int removed) noexcept
+void Zn_PointerSeq::Chunks::Remove(int at, int removed) noexcept
 {
-    Place place = Locate(index);
-    const int first = place.chunk;
+    Place place = Locate(at);
+    const int first = place.part;
     const int firstEmpty = place.offset > 0 ? first + 1 : first;
     while (removed > 0) {
-        const int here = std::min(removed, Used()[place.chunk] - place.offset);
-        void** at = Addresses()[place.chunk] + place.offset;
-        Move(at, at + here, Used()[place.chunk] - place.offset - here);
-        AddTo(place.chunk, -here);
+        const int here = std::min(removed, Used()[place.part] - place.offset);
+        void** from = Addresses()[place.part] + place.offset;
+        Move(from, from + here, Used()[place.part] - place.offset - here);
+        AddTo(place.part, -here);
         removed -= here;
-        place = {place.chunk + 1, 0};
+        place = {place.part + 1, 0};
     }
     int emptyEnd = firstEmpty;
     while (emptyEnd < chunkCount && Used()[emptyEnd] == 0)
@@ -209,14 +202,13 @@ std::span<void*> Zn_PointerSeq::Run(int index) const noexcept
         return {Flat() + index, static_cast<std::size_t>(head_->count - index)};
     Chunks& chunks = InChunks();
     const Chunks::Place place = chunks.Locate(index);
-    return {chunks.Addresses()[place.chunk] + place.offset,
-            static_cast<std::size_t>(chunks.Used()[place.chunk] - place.offset)};
+    return {chunks.Addresses()[place.part] + place.offset,
+            static_cast<std::size_t>(chunks.Used()[place.part] - place.offset)};
 }
 
 // Gives the array room for that many places.
 bool Zn_PointerSeq::SetRoom(int room) noexcept
 {
-    constexpr int kMost = (INT_MAX - static_cast<int>(sizeof(Head))) / kPointer;
     if (room > kMost)
         return false;
     const bool fresh = head_ == Empty(head_->tag);
@@ -230,19 +222,19 @@ bool Zn_PointerSeq::SetRoom(int room) noexcept
 
 bool Zn_PointerSeq::Reserve(int count) noexcept
 {
-    return head_->room < 0 || count <= head_->room || SetRoom(count);
+    if (head_->room < 0 || count <= head_->room)
+        return true;
+    // Never by a few places alone, so that reserving in small steps moves no more than appending does.
+    const int step = std::min(head_->room / 2 + kFirst, kMost - head_->room);
+    return SetRoom(head_->room == 0 ? count : std::max(count, head_->room + step));
 }
 
 bool Zn_PointerSeq::ToChunks() noexcept
 {
     const int needed = (head_->count + kFill - 1) / kFill;
-    int room = 16;
-    while (room < needed + needed / 4)
-        room *= 2;
-    Chunks* chunks = Chunks::New(room);
+    Chunks* chunks = Chunks::New(head_->tag, needed + needed / 4 + 16);
     if (!chunks)
         return false;
-    chunks->tag = head_->tag;
     void** from = Flat();
     for (int left = head_->count; left > 0; left -= kFill, from += kFill) {
         void* memory = _zn_malloc(kChunk * kPointer);
@@ -292,9 +284,7 @@ bool Zn_PointerSeq::Insert(int index, void* const* pointers, int count) noexcept
 
 bool Zn_PointerSeq::InsertFlat(int index, void* const* pointers, int count) noexcept
 {
-    const int grown = head_->count + count;
-    const int generous = head_->room + std::min(head_->room / 2 + 3, INT_MAX - head_->room);
-    if (grown > head_->room && !SetRoom(std::max(grown, generous)))
+    if (!Reserve(head_->room == 0 ? std::max(count, kFirst) : head_->count + count))
         return false;
     void** at = Flat() + index;
     Move(at + count, at, head_->count - index);
@@ -302,7 +292,7 @@ bool Zn_PointerSeq::InsertFlat(int index, void* const* pointers, int count) noex
         std::copy_n(pointers, count, at);
     else
         std::fill_n(at, count, nullptr);
-    head_->count = grown;
+    head_->count += count;
     return true;
 }
 
@@ -316,13 +306,13 @@ bool Zn_PointerSeq::InsertInChunks(int index, void* pointer) noexcept
     } else {
         InChunks().SetCursor(0, 0);
     }
-    if (InChunks().Used()[place.chunk] == kChunk && !MakePlace(place.chunk, place.offset))
+    if (InChunks().Used()[place.part] == kChunk && !MakePlace(place.part, place.offset))
         return false;
     Chunks& chunks = InChunks();
-    void** at = chunks.Addresses()[place.chunk] + place.offset;
-    Move(at + 1, at, chunks.Used()[place.chunk] - place.offset);
+    void** at = chunks.Addresses()[place.part] + place.offset;
+    Move(at + 1, at, chunks.Used()[place.part] - place.offset);
     *at = pointer;
-    chunks.AddTo(place.chunk, 1);
+    chunks.AddTo(place.part, 1);
     return true;
 }
 
@@ -363,11 +353,10 @@ bool Zn_PointerSeq::MakePlace(int& chunk, int& offset) noexcept
 bool Zn_PointerSeq::GrowDirectory() noexcept
 {
     Chunks& old = InChunks();
-    Chunks* grown = old.chunkRoom > INT_MAX / 2 ? nullptr : Chunks::New(old.chunkRoom * 2);
+    Chunks* grown = Chunks::New(old.tag, old.chunkRoom + old.chunkRoom / 2);
     if (!grown)
         return false;
     grown->count = old.count;
-    grown->tag = old.tag;
     grown->chunkCount = old.chunkCount;
     std::copy_n(old.Addresses(), old.chunkCount, grown->Addresses());
     std::copy_n(old.Used(), old.chunkCount, grown->Used());

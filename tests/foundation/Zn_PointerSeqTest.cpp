@@ -1,6 +1,7 @@
 #include "Zn_PointerSeq.h"
 
 #include "foundation/memory.h"
+#include "foundation/part_index.h"
 
 #include <gtest/gtest.h>
 
@@ -158,6 +159,34 @@ TEST(PointerSeq, ChangesNothingWithoutMemory)
                 break;
             ASSERT_LT(n, 199);
         }
+}
+
+TEST(PartIndex, FindsThePartOfEveryIndex)
+{
+    std::mt19937 random(3);
+    for (int parts : {1, 2, 63, 64, 65, 4095, 4096, 4097, 5000}) {
+        SCOPED_TRACE(parts);
+        std::vector<std::int32_t> lengths(static_cast<std::size_t>(parts));
+        for (std::int32_t& length : lengths)
+            length = static_cast<std::int32_t>(random() % 4); // some are empty
+        lengths.back() = 2;
+        std::vector<std::int32_t> memory(static_cast<std::size_t>(zn::PartIndex::MemoryFor(parts + 70)));
+        zn::PartIndex index(memory.data(), parts + 70);
+        index.Build(lengths.data(), parts);
+        for (int change = 0; change < 100; ++change) {
+            const std::size_t part = random() % lengths.size();
+            const int delta = change % 2 == 0 ? 3 : -std::min(lengths[part], 1);
+            lengths[part] += delta;
+            index.Add(static_cast<int>(part), delta);
+        }
+        int at = 0;
+        for (int part = 0; part < parts; ++part)
+            for (int offset = 0; offset < lengths[static_cast<std::size_t>(part)]; ++offset, ++at) {
+                const zn::PartIndex::Found found = index.Find(at);
+                ASSERT_EQ(found.part, part);
+                ASSERT_EQ(found.offset, offset);
+            }
+    }
 }
 
 TEST(PointerSeq, TagStaysThroughEverything)
