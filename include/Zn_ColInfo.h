@@ -43,8 +43,8 @@ public:
     short type = String;
     short size = 0;
     short summ = None;
-    short orgIdx = -1;      // position in definition order, -1 for none
-    Zn_WString text;        // text of a summary
+    short orgIdx = -1; // position in definition order, -1 for none
+    Zn_WString text;   // text of a summary
 };
 
 class ZN_API Zn_ColInfoHandler final : public Zn_TypedHandler<Zn_ColInfo> {

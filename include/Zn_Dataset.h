@@ -31,8 +31,8 @@
 
 #include <concepts>
 
+class Zn_DatasetXmlReader;
 class Zn_DOMElement;
-class Zn_DatasetRowReader;
 class Zn_NamedStrList;
 class Zn_OriginalIndex;
 
@@ -110,7 +110,10 @@ public:
         const Zn_Variant wrapped(value);
         return SetConstColumn(id, &wrapped);
     }
-    int SetConstColumn(int idx, const char16_t* text, int length) { return SetConstColumn(idx, Zn_WString(text, length)); }
+    int SetConstColumn(int idx, const char16_t* text, int length)
+    {
+        return SetConstColumn(idx, Zn_WString(text, length));
+    }
     int SetConstColumn(const char16_t* id, const char16_t* text, int length)
     {
         return SetConstColumn(id, Zn_WString(text, length));
@@ -131,7 +134,10 @@ public:
     const Zn_Variant* GetColumnNFNN(int rawRow, const char16_t* id) const { return NotNull(GetColumnNF(rawRow, id)); }
 
     int SetColumn(int row, int col, const Zn_Variant* value);
-    int SetColumn(int row, const char16_t* id, const Zn_Variant* value) { return SetColumn(row, GetColIndex(id), value); }
+    int SetColumn(int row, const char16_t* id, const Zn_Variant* value)
+    {
+        return SetColumn(row, GetColIndex(id), value);
+    }
     int SetColumnNF(int rawRow, int col, const Zn_Variant* value);
     int SetColumnNF(int rawRow, const char16_t* id, const Zn_Variant* value)
     {
@@ -144,7 +150,10 @@ public:
         return SetColumn(row, col, &wrapped);
     }
     template <Zn_PlainValue T>
-    int SetColumn(int row, const char16_t* id, const T& value) { return SetColumn(row, GetColIndex(id), value); }
+    int SetColumn(int row, const char16_t* id, const T& value)
+    {
+        return SetColumn(row, GetColIndex(id), value);
+    }
     template <Zn_PlainValue T>
     int SetColumnNF(int rawRow, int col, const T& value)
     {
@@ -152,8 +161,14 @@ public:
         return SetColumnNF(rawRow, col, &wrapped);
     }
     template <Zn_PlainValue T>
-    int SetColumnNF(int rawRow, const char16_t* id, const T& value) { return SetColumnNF(rawRow, GetColIndex(id), value); }
-    int SetColumn(int row, int col, const char16_t* text, int length) { return SetColumn(row, col, Zn_WString(text, length)); }
+    int SetColumnNF(int rawRow, const char16_t* id, const T& value)
+    {
+        return SetColumnNF(rawRow, GetColIndex(id), value);
+    }
+    int SetColumn(int row, int col, const char16_t* text, int length)
+    {
+        return SetColumn(row, col, Zn_WString(text, length));
+    }
     int SetColumn(int row, const char16_t* id, const char16_t* text, int length)
     {
         return SetColumn(row, id, Zn_WString(text, length));
@@ -167,7 +182,10 @@ public:
         return SetColumnNF(rawRow, id, Zn_WString(text, length));
     }
     int SetColumnLink(int row, int col, const Zn_Variant* value);
-    int SetColumnLink(int row, const char16_t* id, const Zn_Variant* value) { return SetColumnLink(row, GetColIndex(id), value); }
+    int SetColumnLink(int row, const char16_t* id, const Zn_Variant* value)
+    {
+        return SetColumnLink(row, GetColIndex(id), value);
+    }
     int SetColumnLinkNF(int rawRow, int col, const Zn_Variant* value);
     int SetColumnLinkNF(int rawRow, const char16_t* id, const Zn_Variant* value)
     {
@@ -187,7 +205,10 @@ public:
     const Zn_Variant* GetOrgColumnNN(int row, int col) const { return NotNull(GetOrgColumn(row, col)); }
     const Zn_Variant* GetOrgColumnNN(int row, const char16_t* id) const { return NotNull(GetOrgColumn(row, id)); }
     const Zn_Variant* GetOrgColumnNF(int rawRow, int col) const;
-    const Zn_Variant* GetOrgColumnNF(int rawRow, const char16_t* id) const { return GetOrgColumnNF(rawRow, GetColIndex(id)); }
+    const Zn_Variant* GetOrgColumnNF(int rawRow, const char16_t* id) const
+    {
+        return GetOrgColumnNF(rawRow, GetColIndex(id));
+    }
     const Zn_Variant* GetOrgColumnNFNN(int rawRow, int col) const { return NotNull(GetOrgColumnNF(rawRow, col)); }
     const Zn_Variant* GetOrgColumnNFNN(int rawRow, const char16_t* id) const
     {
@@ -197,11 +218,18 @@ public:
     // Row type of an original (4 or 8), 0 when out of range.
     int GetOrgBuffType(int idx) const noexcept;
     const Zn_Variant* GetOrgBuffColumn(int idx, int col) const noexcept;
-    const Zn_Variant* GetOrgBuffColumn(int idx, const char16_t* id) const { return GetOrgBuffColumn(idx, GetColIndex(id)); }
+    const Zn_Variant* GetOrgBuffColumn(int idx, const char16_t* id) const
+    {
+        return GetOrgBuffColumn(idx, GetColIndex(id));
+    }
     const Zn_Variant* GetOrgBuffColumnNN(int idx, int col) const { return NotNull(GetOrgBuffColumn(idx, col)); }
-    const Zn_Variant* GetOrgBuffColumnNN(int idx, const char16_t* id) const { return NotNull(GetOrgBuffColumn(idx, id)); }
+    const Zn_Variant* GetOrgBuffColumnNN(int idx, const char16_t* id) const
+    {
+        return NotNull(GetOrgBuffColumn(idx, id));
+    }
     int GetDelRowCount() const noexcept;
-    // Place in the buffer of originals of the n-th deleted row, -1 when there are fewer. Costs the logarithm of their count.
+    // Place in the buffer of originals of the n-th deleted row, -1 when there are fewer. Costs the logarithm of their
+    // count.
     int GetDelRowIdx(int n) const noexcept;
     const Zn_Variant* GetDelColumn(int n, int col) const;
     const Zn_Variant* GetDelColumn(int n, const char16_t* id) const { return GetDelColumn(n, GetColIndex(id)); }
@@ -251,7 +279,16 @@ public:
     int LookupDataRow(const Zn_WString& colId, const Zn_WString& value) const;
     int LookupDataRowAs(const Zn_WString& colId, const Zn_WString& value) const;
     // The textCol value of the first stored row whose keyCol value, as text, equals keyValue; null when there is none.
-    const Zn_Variant* LookupDataText(const Zn_WString& keyCol, const Zn_WString& keyValue, const Zn_WString& textCol) const;
+    const Zn_Variant* LookupDataText(const Zn_WString& keyCol, const Zn_WString& keyValue,
+                                     const Zn_WString& textCol) const;
+
+    // ---- Selection. A group row ignores the setter and reads 0.
+
+    int GetSelect(int row) const;
+    // Callers rely on this taking the row's filter mark away too.
+    void SetSelect(int row, int on);
+    // Unselects every stored row; returns how many were selected. Their filter marks go too.
+    int ClearSelect();
 
     // ---- Copies. An own id that is not empty is kept.
 
@@ -305,25 +342,38 @@ protected:
     int LoadData(const Zn_Buffer& in, int offset, int& count);
 
 private:
-    friend class Zn_DatasetAccess;      // the table's encodings and the message streams
+    friend class Zn_DatasetAccess; // what the message streams do with a table
+    friend class Zn_DatasetXmlReader;
 
-    enum class Outcome { Done, Failed };
-    struct Stored;
+    enum class StoreOutcome { Store, Unchanged, Refused };
 
     static const Zn_Variant* NotNull(const Zn_Variant* value) noexcept;
+
+    // Row numbers: the stored row behind a visible one, -1 for a group row or none.
     bool IsGroupRow(int row) const noexcept;
-    int RawRow(int row) const noexcept;             // -1 for a group row or none
+    int RawRow(int row) const noexcept;
+    bool IsStorable(int row) const noexcept;
     const Zn_Record* Record(int row) const noexcept;
-    int AddColumnInfo(const Zn_ColInfo& column);
-    int StoreValue(int rawRow, int col, const Zn_Variant* value, bool link);
     int InsertRecord(int index, int asInserted);
-    long DeleteRawRow(int rawRow);
+    template <class Match>
+    int FindVisibleRow(const Zn_WString& colId, Match match) const;
+
+    // Change tracking.
+    int StoreValue(int rawRow, int col, const Zn_Variant* value, bool link);
+    StoreOutcome TrackStore(Zn_Record& row, int col, const Zn_Variant& value);
     bool KeepOriginal(Zn_Record& row);
-    bool MatchesOriginal(const Zn_Record& row, const Zn_Record& original, int col, const Zn_Variant& value) const;
     void DropOriginal(Zn_Record& row);
+    void LowerPlainLinks(int place);
+    void RenumberOriginals();
+    long DeleteRawRow(int rawRow);
+    void DeleteOriginal(const Zn_Record& row);
+    bool MoveToOriginals(Zn_Record& row, int orgIdx);
     void ForgetOriginals();
     void LinkOriginals();
+    Zn_OriginalIndex& Originals();
     void CopyTable(const Zn_Dataset& other);
+    void TakeTable(Zn_Dataset& other);
+    int LoadOriginal(const Zn_Buffer& in, int offset, Zn_Record& row, int rawRow);
 
     Zn_WString id_;
     std::uint32_t codePage_;
@@ -333,9 +383,9 @@ private:
     Zn_RecList orgBuffer_;
     std::int32_t insertCount_ = 0;
     std::int32_t rowMapActive_ = 0;
-    Zn_IntList rowMap_;             // per visible row: bits 24-31 the group level, bits 0-23 the index in rows_
+    Zn_IntList rowMap_; // per visible row: bits 24-31 the group level, bits 0-23 the index in rows_
     std::int32_t updateTracking_ = 0;
     Zn_IntList groupColumns_;
     Zn_WString groupStr_;
-    Zn_OriginalIndex* originals_;   // where the originals of rows_ stand in orgBuffer_
+    Zn_OriginalIndex* originals_ = nullptr; // where the originals of rows_ stand in orgBuffer_
 };

@@ -21,12 +21,14 @@ public:
     using Base = Zn_IdList<Zn_Dataset, Zn_DatasetHandler, Zn_DatasetIdOf, 1>;
     using Base::Base;
 
-    // Adds a copy of a table under an id, or gives the table of that id its contents; returns its position, -1 for null.
+    // Adds a copy of a table under an id, or gives the table of that id its contents; returns its position, -1 for
+    // null.
     int AddDataset(const char16_t* id, const Zn_Dataset* dataset);
     int AddDataset(const Zn_WString& id, const Zn_Dataset* dataset) { return AddDataset(id.GetText(), dataset); }
     // -1 when no table has that id.
     long DeleteDataset(const char16_t* id);
-    // Writable table. With create, an index past the end grows the list, and an unknown id adds an empty table of that id.
+    // Writable table. With create, an index past the end grows the list, and an unknown id adds an empty table of that
+    // id.
     Zn_Dataset* GetSafeItem(int idx, int create = 0);
     Zn_Dataset* GetSafeItem(const char16_t* id, int create = 0);
     // Adds copies of the other list's tables; returns the count.

@@ -27,10 +27,13 @@ public:
     // Values, flags and link; a null argument clears, the record itself changes nothing. Returns the value count.
     int Assign(const Zn_Record* other);
     void Set(const Zn_Record& other) { Assign(&other); }
-    // Copies a value into a place; places up to it that are missing become absent ones. Returns the index, -1 when it can't.
+    // Copies a value into a place; places up to it that are missing become absent ones. Returns the index, -1 when it
+    // can't.
     int SetColumn(int idx, const Zn_Variant* value);
-    // The place's value, made (empty) when absent.
+    // The place's value, made (empty) when absent; so are all places up to it that are missing.
     Zn_Variant* GetSafeItem(int idx) { return Zn_VariantList::GetSafeItem(idx, 1); }
+    // The same, but the places before it become absent ones.
+    Zn_Variant* MakeSlot(int idx);
 
     int GetType() const noexcept { return static_cast<int>(flags_ & 0xFF); }
     void SetType(int type) noexcept { flags_ = (flags_ & 0xFF00) | static_cast<std::uint32_t>(type); }
@@ -60,12 +63,13 @@ public:
 
 private:
     friend class Zn_OriginalIndex;
+    friend class Zn_RecList;
     int LinkedOrgIdx() const noexcept;
     void DropLink() noexcept;
 
     std::uint32_t flags_ = Normal;
-    std::int32_t orgIdx_ = -1;              // the link itself, or the key in links_
-    Zn_OriginalIndex* links_ = nullptr;     // counted; where a link's present index is looked up
+    std::int32_t orgIdx_ = -1;          // the link itself, or the key in links_
+    Zn_OriginalIndex* links_ = nullptr; // counted; where a link's present index is looked up
 };
 
 class ZN_API Zn_RecordHandler final : public Zn_TypedHandler<Zn_Record> {
@@ -84,6 +88,8 @@ public:
 
     // Makes an absent place at idx in every record that has more than idx values.
     void InsertColumn(int idx);
+    // Deletes every record of a row type in one walk; returns how many.
+    int DeleteType(int type);
     // Replaces by copies; returns the new count. Null changes nothing and returns 0.
     int Assign(const Zn_RecList* other);
     // Adds copies; returns the count.

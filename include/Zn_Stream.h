@@ -14,12 +14,13 @@
 // Replaces out by the document in a code page; the declaration names charsetName, or the code page's charset when
 // that is null. Characters that the code page lacks are written as numeric references. Returns the length in bytes; -1
 // with out empty when a table can't be written.
-ZN_API int ZnXmlStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, Zn_Buffer& out, unsigned codePage,
-                           const char16_t* charsetName, int option);
+ZN_API int ZnXmlStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, Zn_Buffer& out,
+                           unsigned codePage, const char16_t* charsetName, int option);
 // Replaces both lists by what the document holds; codePage becomes the one that its declaration names, or the
 // locale's. Returns the number of tables, -1 without a "root" that has children. Malformed text is no error: what was
 // read before it counts.
-ZN_API int ZnXmlStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& in, unsigned& codePage);
+ZN_API int ZnXmlStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& in,
+                           unsigned& codePage);
 // Replaces out by the binary message; returns its length in bytes.
 ZN_API int ZnBinStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, Zn_Buffer& out, int option);
 // Replaces both lists by what the message holds. Returns the number of tables; 0x83B10209 as a negative number for a

@@ -89,9 +89,21 @@ public:
     int Assign(const Zn_VariableList* other);
     // Appends copies, without merging equal ids.
     int Append(const Zn_VariableList* other);
-    Zn_VariableList& operator=(const Zn_VariableList* other) { Assign(other); return *this; }
-    Zn_VariableList& operator+=(const Zn_VariableList& other) { Append(&other); return *this; }
-    Zn_VariableList& operator+=(const Zn_VariableList* other) { Append(other); return *this; }
+    Zn_VariableList& operator=(const Zn_VariableList* other)
+    {
+        Assign(other);
+        return *this;
+    }
+    Zn_VariableList& operator+=(const Zn_VariableList& other)
+    {
+        Append(&other);
+        return *this;
+    }
+    Zn_VariableList& operator+=(const Zn_VariableList* other)
+    {
+        Append(other);
+        return *this;
+    }
 
     // Appends the binary block and returns the end offset.
     int Save(Zn_Buffer& out, unsigned codePage) const;
@@ -112,7 +124,8 @@ public:
     Zn_VariableListChain() = default;
     explicit Zn_VariableListChain(Zn_VariableList* list) { Add(list); }
 
-    // Appends a list that stays the caller's; returns its position, the existing one when it is there already, -1 for null.
+    // Appends a list that stays the caller's; returns its position, the existing one when it is there already, -1 for
+    // null.
     int Add(Zn_VariableList* list);
     // Value of the first match in chain order, or null.
     const Zn_Variant* GetVar(const char16_t* id) const;

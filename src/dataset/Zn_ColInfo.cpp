@@ -1,0 +1,181 @@
+#include "Zn_ColInfo.h"
+
+#include "Zn_AString.h"
+#include "dataset/column_order.h"
+#include "foundation/byteorder.h"
+#include "foundation/counted_text.h"
+
+#include <iterator>
+
+Zn_ColInfoHandler& Zn_ColInfoHandler::Instance()
+{
+    return Zn_Global<Zn_ColInfoHandler>();
+}
+
+const Zn_ColInfo& Zn_ColInfoHandler::EmptyItem()
+{
+    return Zn_Global<Zn_ColInfo>();
+}
+
+int Zn_ColInfoHandler::_CompareItem(void* a, void* b)
+{
+    return zn_icompare(static_cast<Zn_ColInfo*>(a)->id, static_cast<Zn_ColInfo*>(b)->id);
+}
+
+void Zn_ColInfo::Clear()
+{
+    *this = Zn_ColInfo();
+}
+
+int Zn_ColInfo::Compare(const Zn_ColInfo& other) const noexcept
+{
+    if (const int order = zn_icompare(id, other.id))
+        return order;
+    return type != other.type ? type - other.type : size - other.size;
+}
+
+const Zn_ColInfo* Zn_ColList::GetItemByOrgIdx(int orgIdx) const noexcept
+{
+    for (int i = 0, n = Count(); i < n; ++i) {
+        const Zn_ColInfo* column = GetItem(i);
+        if (column && column->orgIdx == orgIdx)
+            return column;
+    }
+    return nullptr;
+}
+
+int Zn_ColList::FindId(const char16_t* id) const noexcept
+{
+    return id ? FindId(std::u16string_view(id)) : -1;
+}
+
+int Zn_ColList::FindId(std::u16string_view id) const noexcept
+{
+    for (int i = 0, n = Count(); i < n; ++i) {
+        const Zn_ColInfo* column = GetItem(i);
+        if (column && zn_iequal(column->id, id))
+            return i;
+    }
+    return -1;
+}
+
+int Zn_ColList::Add(const Zn_ColInfo* column)
+{
+    return column ? Zn_ObjList::Add(column) : -1;
+}
+
+int Zn_ColList::Add(const Zn_ColInfo* column, int& added)
+{
+    const int before = Count();
+    const int position = Add(column);
+    added = Count() > before ? 1 : 0;
+    return position;
+}
+
+int Zn_ColList::AddLink(const Zn_ColInfo* column)
+{
+    return column ? Base::AddLink(column) : -1;
+}
+
+int Zn_ColList::AddLink(const Zn_ColInfo* column, int& added)
+{
+    const int before = Count();
+    const int position = AddLink(column);
+    added = Count() > before ? 1 : 0;
+    return position;
+}
+
+int Zn_ColList::Assign(const Zn_ColList* other)
+{
+    return other ? AssignList(*other) : 0;
+}
+
+int Zn_ColList::Append(const Zn_ColList* other)
+{
+    return other ? AppendList(*other) : Count();
+}
+
+namespace {
+
+struct TypeName {
+    short code;
+    int prefix; // so many characters decide when a name is read
+    const char16_t* name;
+};
+
+// In the order in which names are tried. Callers rely on "STRIN" being enough for a STRING.
+constexpr TypeName kTypeNames[] = {
+    {Zn_ColInfo::String, 5, u"STRING"},     {Zn_ColInfo::Int, 3, u"INT"},   {Zn_ColInfo::Decimal, 7, u"DECIMAL"},
+    {Zn_ColInfo::Currency, 8, u"CURRENCY"}, {Zn_ColInfo::Date, 4, u"DATE"}, {Zn_ColInfo::Char, 4, u"CHAR"},
+    {Zn_ColInfo::Url, 3, u"URL"},           {Zn_ColInfo::Blob, 4, u"BLOB"},
+};
+
+constexpr std::uint16_t kMarker = 0xFF08;
+constexpr std::uint16_t kVersion = 2000;
+
+} // namespace
+
+int Zn_ColList::GetTypeNo(const char16_t* name) noexcept
+{
+    for (const TypeName& entry : kTypeNames) {
+        if (zn_strnicmpW(name, entry.name, entry.prefix) == 0)
+            return entry.code;
+    }
+    return Zn_ColInfo::String;
+}
+
+const char16_t* Zn_ColList::GetTypeStr(int code) noexcept
+{
+    for (const TypeName& entry : kTypeNames) {
+        if (entry.code == code)
+            return entry.name;
+    }
+    return kTypeNames[0].name;
+}
+
+int Zn_ColList::Save(Zn_Buffer& out, unsigned codePage) const
+{
+    zn::AppendBe16(out, kMarker);
+    zn::AppendBe16(out, kVersion);
+    zn::AppendBe16(out, static_cast<std::uint16_t>(Count()));
+    for (const Zn_ColInfo* column : zn::ColumnsInDefinitionOrder(*this)) {
+        if (!column) {
+            out.AddSize(6);
+            continue;
+        }
+        zn::AppendCountedText(out, column->id, codePage);
+        zn::AppendBe16(out, static_cast<std::uint16_t>(column->type));
+        zn::AppendBe16(out, static_cast<std::uint16_t>(column->size));
+    }
+    return out.GetLength();
+}
+
+int Zn_ColList::Load(const Zn_Buffer& in, int offset, unsigned codePage)
+{
+    ReleaseList();
+    const int length = in.GetLength();
+    const unsigned char* data = in.GetData();
+    if (offset < 0 || length - offset < 2)
+        return length;
+    if (zn::GetBe16(data + offset) != kMarker)
+        return -1;
+    if (length - offset < 6)
+        return length;
+    const int count = zn::GetBe16(data + offset + 4);
+    offset += 6;
+    for (int k = 0; k < count; ++k) {
+        if (length - offset < 2)
+            return length;
+        const int idLength = zn::GetBe16(data + offset);
+        if (length - offset < 2 + idLength + 4)
+            return length;
+        Zn_ColInfo column(Zn_WString(reinterpret_cast<const char*>(data + offset + 2), idLength, codePage));
+        offset += 2 + idLength;
+        column.type = static_cast<short>(zn::GetBe16(data + offset));
+        column.size = static_cast<short>(zn::GetBe16(data + offset + 2));
+        column.orgIdx = static_cast<short>(k);
+        offset += 4;
+        Add(&column);
+    }
+    return offset;
+}

@@ -1,0 +1,73 @@
+#include "Zn_DatasetList.h"
+
+#include "dataset/dataset_access.h"
+
+Zn_DatasetHandler& Zn_DatasetHandler::Instance()
+{
+    return Zn_Global<Zn_DatasetHandler>();
+}
+
+const Zn_Dataset& Zn_DatasetHandler::EmptyItem()
+{
+    return Zn_Global<Zn_Dataset>();
+}
+
+int Zn_DatasetHandler::_CompareItem(void* a, void* b)
+{
+    return zn_icompare(static_cast<Zn_Dataset*>(a)->GetId(), static_cast<Zn_Dataset*>(b)->GetId());
+}
+
+int Zn_DatasetList::AddDataset(const char16_t* id, const Zn_Dataset* dataset)
+{
+    if (!id || !dataset)
+        return -1;
+    const int place = FindId(id);
+    if (place >= 0) {
+        GetSafeItem(place)->AssignNF(dataset);
+        return place;
+    }
+    const int added = Add(*dataset);
+    if (Zn_Dataset* copy = GetSafeItem(added); copy && !zn_iequal(copy->GetId(), id))
+        copy->SetId(id);
+    return added;
+}
+
+long Zn_DatasetList::DeleteDataset(const char16_t* id)
+{
+    const int place = FindId(id);
+    return place < 0 ? -1 : Delete(place);
+}
+
+Zn_Dataset* Zn_DatasetList::GetSafeItem(int idx, int create)
+{
+    return static_cast<Zn_Dataset*>(Zn_ObjList::GetSafeItem(idx, create));
+}
+
+Zn_Dataset* Zn_DatasetList::GetSafeItem(const char16_t* id, int create)
+{
+    const int place = FindId(id);
+    if (place >= 0 || !create || !id)
+        return GetSafeItem(place);
+    const Zn_Dataset empty(id, 0);
+    return GetSafeItem(AddDataset(id, &empty));
+}
+
+int Zn_DatasetList::Append(const Zn_DatasetList* other)
+{
+    return other ? AppendList(*other) : Count();
+}
+
+int Zn_DatasetAccess::AddMoved(Zn_DatasetList& list, Zn_Dataset& dataset)
+{
+    int place = list.FindId(dataset.GetId());
+    if (place < 0) {
+        Zn_Dataset* fresh = list.NewItem();
+        if (!fresh)
+            return -1;
+        fresh->SetId(dataset.GetId());
+        place = list.AddLink(fresh);
+    }
+    if (Zn_Dataset* target = list.GetSafeItem(place))
+        target->TakeTable(dataset);
+    return place;
+}

@@ -1,0 +1,182 @@
+// The binary form of a table (docs/formats/binary-message.md).
+
+#include "Zn_Dataset.h"
+
+#include "dataset/original_index.h"
+#include "foundation/byteorder.h"
+#include "foundation/counted_text.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr std::uint16_t kMarker = 0xFF01;
+constexpr std::uint16_t kVersion = 3000;
+constexpr unsigned kColumnsCodePage = 0;
+
+bool IsChanged(const Zn_Record& row)
+{
+    return row.GetType() == Zn_Record::Inserted || row.GetType() == Zn_Record::Updated;
+}
+
+} // namespace
+
+int Zn_Dataset::Save(Zn_Buffer& out, int mode) const
+{
+    SaveHead(out);
+    SaveData(out, mode);
+    if (mode == 1 || mode == 2)
+        SaveDeleteData(out);
+    zn::AppendBe32(out, 0);
+    return out.GetLength();
+}
+
+int Zn_Dataset::SaveHead(Zn_Buffer& out) const
+{
+    zn::AppendBe16(out, kMarker);
+    zn::AppendBe16(out, kVersion);
+    zn::AppendBe32(out, codePage_);
+    zn::AppendCountedText(out, id_, codePage_);
+    constColumns_.Save(out, codePage_);
+    return columns_.Save(out, kColumnsCodePage);
+}
+
+int Zn_Dataset::SaveData(Zn_Buffer& out, int mode) const
+{
+    const bool withChanges = mode == 1 || mode == 2;
+    const int count = mode == 2 ? GetUpdateRowCount() : rows_.Count();
+    if (count == 0)
+        return out.GetLength();
+    zn::AppendBe32(out, static_cast<std::uint32_t>(count));
+    for (const Zn_Record& row : rows_) {
+        if (mode == 2 && !IsChanged(row))
+            continue;
+        row.Save(out, withChanges ? row.GetType() : static_cast<int>(Zn_Record::Normal), codePage_);
+        // A reader expects an original behind every updated row, so one that is missing is written as an empty record.
+        if (withChanges && row.GetType() == Zn_Record::Updated)
+            orgBuffer_.GetItemNN(row.GetOrgIdx())->Save(out, Zn_Record::Updated, codePage_);
+    }
+    return out.GetLength();
+}
+
+int Zn_Dataset::SaveDeleteData(Zn_Buffer& out) const
+{
+    const int count = GetDelRowCount();
+    if (count == 0)
+        return out.GetLength();
+    zn::AppendBe32(out, static_cast<std::uint32_t>(count));
+    for (const Zn_Record& row : orgBuffer_) {
+        if (row.GetType() == Zn_Record::Deleted)
+            row.Save(out, Zn_Record::Deleted, codePage_);
+    }
+    return out.GetLength();
+}
+
+int Zn_Dataset::SaveNext(Zn_Buffer& out, int start, int count) const
+{
+    const int rowCount = rows_.Count();
+    if (start < 0 || start >= rowCount || count == 0)
+        return out.GetLength();
+    const int rest = rowCount - start;
+    zn::AppendBe32(out, static_cast<std::uint32_t>(count > 0 ? std::min(count, rest) : rest));
+    for (int i = start; i < rowCount; ++i)
+        rows_.GetItemNN(i)->Save(out, Zn_Record::Normal, codePage_);
+    return out.GetLength();
+}
+
+int Zn_Dataset::Load(const Zn_Buffer& in, int offset)
+{
+    ClearAll();
+    offset = LoadHead(in, offset);
+    if (offset < 0)
+        return offset;
+    int count = 0;
+    do
+        offset = LoadData(in, offset, count);
+    while (count > 0 && offset > 0 && offset < in.GetLength());
+    return offset;
+}
+
+int Zn_Dataset::LoadNext(const Zn_Buffer& in, int offset, int& count)
+{
+    offset = LoadData(in, offset, count);
+    rowMap_.Clear();
+    rowMapActive_ = 0;
+    return offset;
+}
+
+int Zn_Dataset::LoadHead(const Zn_Buffer& in, int offset)
+{
+    const int length = in.GetLength();
+    const unsigned char* data = in.GetData();
+    if (offset < 0 || length - offset < 2)
+        return length;
+    if (zn::GetBe16(data + offset) != kMarker)
+        return -1;
+    constexpr int kFixed = 10;
+    if (length - offset < kFixed)
+        return length;
+    if (const std::uint32_t codePage = zn::GetBe32(data + offset + 4); codePage != 0)
+        codePage_ = codePage;
+    const int idLength = zn::GetBe16(data + offset + 8);
+    offset += kFixed;
+    if (length - offset < idLength)
+        return length;
+    if (idLength > 0)
+        id_.Set(reinterpret_cast<const char*>(data + offset), idLength, codePage_);
+    offset += idLength;
+    if (offset >= length)
+        return length;
+    offset = constColumns_.Load(in, offset, codePage_);
+    if (offset >= 0)
+        offset = columns_.Load(in, offset, kColumnsCodePage);
+    if (offset < 0)
+        ClearAll();
+    return offset;
+}
+
+int Zn_Dataset::LoadData(const Zn_Buffer& in, int offset, int& count)
+{
+    const int length = in.GetLength();
+    count = 0;
+    if (offset < 0 || length - offset < 4)
+        return length;
+    count = static_cast<std::int32_t>(zn::GetBe32(in.GetData() + offset));
+    offset += 4;
+    for (int i = 0; i < count && offset < length; ++i) {
+        Zn_Record* row = rows_.NewItem();
+        const int rawRow = row ? rows_.AddLink(row) : -1;
+        if (rawRow < 0)
+            return 0;
+        offset = row->Load(in, offset, codePage_);
+        if (offset >= 0 && row->GetType() == Zn_Record::Updated)
+            offset = LoadOriginal(in, offset, *row, rawRow);
+        if (offset < 0) {
+            ClearAll();
+            return offset;
+        }
+        if (row->GetType() == Zn_Record::Deleted) {
+            if (!MoveToOriginals(*row, row->GetOrgIdx()))
+                return 0;
+            rows_.Delete(rawRow);
+        } else if (row->GetType() != Zn_Record::Updated && row->GetOrgIdx() >= 0) {
+            Originals().SetHasPlainLinks();
+        }
+    }
+    return offset;
+}
+
+// Reads the original behind an updated row and links both.
+int Zn_Dataset::LoadOriginal(const Zn_Buffer& in, int offset, Zn_Record& row, int rawRow)
+{
+    Zn_Record* original = orgBuffer_.NewItem();
+    const int place = original ? orgBuffer_.AddLink(original) : -1;
+    if (place < 0)
+        return 0;
+    offset = original->Load(in, offset, codePage_);
+    original->SetOrgIdx(rawRow);
+    Originals().Append(original->GetType() == Zn_Record::Deleted);
+    Originals().Link(row, place);
+    return offset;
+}

@@ -1,0 +1,47 @@
+// Reads the XML form of a table piece by piece, for both ways in: from the nodes of a document, and
+// straight from the tokenizer. The caller reports the children of "dataset" in document order:
+//
+//     Begin(attributes of "dataset")
+//     per child "column":  ConstColumn(attributes, text of its first child)
+//     per child "colinfo": Column(attributes)
+//     per child "record" that has a child itself:
+//         BeginRecord(row type), per child Field(name, text of its first child)
+//         per child of its first "org_record": OriginalField(name, text), after BeginOriginal()
+//         EndRecord()
+//
+// Texts are those of a first child that is a text or character data, else empty.
+#pragma once
+
+#include "Zn_Dataset.h"
+#include "Zn_NamedStr.h"
+#include "foundation/id_index.h"
+
+#include <string_view>
+
+class Zn_DatasetXmlReader {
+public:
+    explicit Zn_DatasetXmlReader(Zn_Dataset& dataset);
+
+    void Begin(const Zn_NamedStrList& attributes);
+    void ConstColumn(const Zn_NamedStrList& attributes, std::u16string_view text);
+    void Column(const Zn_NamedStrList& attributes);
+    void BeginRecord(int rowType);
+    void Field(std::u16string_view name, std::u16string_view text);
+    // Whether the row wants originals: it is updated and has none yet. Begins them if so.
+    bool BeginOriginal();
+    void OriginalField(std::u16string_view name, std::u16string_view text);
+    void EndRecord();
+
+private:
+    int FindColumn(std::u16string_view name, int& guess) const;
+    void Store(Zn_Record& record, int col, std::u16string_view text);
+
+    Zn_Dataset& dataset_;
+    zn::IdIndex constIds_;
+    Zn_Record* row_ = nullptr;
+    Zn_Record* original_ = nullptr;
+    bool originalEnded_ = false;
+    int rawRow_ = -1;
+    int nextColumn_ = 0; // columns mostly come in list order
+    int nextOriginalColumn_ = 0;
+};

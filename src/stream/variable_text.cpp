@@ -1,0 +1,97 @@
+// The text forms of variables: XML and blank-separated pairs.
+
+#include "Zn_Variable.h"
+
+#include "Zn_DOMElement.h"
+#include "foundation/number_text.h"
+#include "markup/dom_builder.h"
+#include "markup/first_text.h"
+#include "markup/name_values.h"
+#include "stream/variable_xml_reader.h"
+#include "stream/variable_xml_writer.h"
+
+namespace {
+
+Zn_Variant ValueOf(const zn::NameValue& pair)
+{
+    Zn_WString text(pair.value);
+    if (pair.IsQuoted())
+        return text.TrimBrace(1);
+    if (!text.IsNumber())
+        return text;
+    return pair.value.find(u'.') == pair.value.npos ? Zn_Variant(text.ToInteger()) : Zn_Variant(text.ToDouble());
+}
+
+} // namespace
+
+int Zn_VariableList::SetStr(const char16_t* text)
+{
+    if (!text)
+        return -1;
+    ReleaseList();
+    zn::ReadNameValues(text, [this](const zn::NameValue& pair) { AddVariable(Zn_WString(pair.name), ValueOf(pair)); });
+    return Count();
+}
+
+int Zn_VariableList::SaveXml(Zn_Buffer& out, int, unsigned codePage) const
+{
+    Zn_WString text(u"<params>\n");
+    for (const Zn_Variable& variable : *this) {
+        text += u"<param id=\"";
+        text += variable.id;
+        text += u"\" type=\"";
+        text += variable.value.GetTypeString();
+        text += u"\">";
+        text += variable.value.ToString();
+        text += u"</param>\n";
+    }
+    text += u"</params>\n";
+    out.AppendStr(text, text.GetLength(), codePage);
+    return out.GetLength();
+}
+
+int Zn_VariableList::SaveXml(Zn_DOMElement& element, int withDeclaration) const
+{
+    element.Clear();
+    zn::DomBuilder builder(element.children);
+    if (withDeclaration == 1)
+        zn::WriteLocaleXmlDeclaration(builder);
+    zn::WriteVariables(*this, builder);
+    return Count();
+}
+
+int Zn_VariableList::LoadXml(const Zn_DOMElement& params, int clear)
+{
+    if (clear)
+        ReleaseList();
+    zn::VariableXmlReader reader(*this);
+    for (const Zn_DOMElement& child : params.children) {
+        if (zn_iequal(child.tag, u"param"))
+            reader.Param(child.attributes, zn::FirstText(child));
+    }
+    return Count();
+}
+
+void zn::VariableXmlReader::Param(const Zn_NamedStrList& attributes, std::u16string_view text)
+{
+    const Zn_WString& id = attributes.Str(u"id");
+    if (id.IsEmpty())
+        return;
+    Zn_Variant value;
+    switch (Zn_Variant::GetTypeNo(attributes.Str(u"type"))) {
+    case Zn_Variant::Integer:
+        value = zn::ReadInteger(text);
+        break;
+    case Zn_Variant::Decimal:
+        value = zn::ReadDouble(text);
+        break;
+    default:
+        value = text;
+        break;
+    }
+    if (const int place = ids_.Find(id); place >= 0) {
+        list_.SetVariant(place, value);
+    } else if (list_.Add(Zn_Variable(id, value)) >= 0) {
+        ids_.Add(id);
+    }
+}
