@@ -86,10 +86,11 @@ private:
     bool IsOrdered() const noexcept { return GetOption() == 1; }
     int ClampIndex(int index) const noexcept { return index < 0 ? 0 : index > Count() ? Count() : index; }
     int FindPlace(const void* item, bool& found) const;
-    void* Hold(void* item);
-    int Place(int index, void* held);
-    int Replace(int index, void* held, int grow);
-    int AddAll(const Zn_ObjList& other);
+    void* OwnOrCopy(void* item);
+    int Place(int index, void* item);
+    int Replace(int index, void* item, int grow);
+    int Settle(int index, void* item, const void* callers);
+    int AddEach(const Zn_ObjList& other);
     int DeleteChosen(bool (*chosen)(void* item, void* context), void* context);
     void DropItems(int start, int count) noexcept;
 

@@ -28,13 +28,12 @@ Zn_ObjList& Zn_ObjList::operator=(Zn_ObjList&& other) noexcept
 {
     if (this == &other)
         return *this;
-    if (GetOption() != other.GetOption()) {
-        AssignList(other);
-        other.ReleaseList();
-        return *this;
-    }
-    ReleaseList();
-    SwapList(other);
+    // Taken first: the other list may live in one of our items.
+    Zn_ObjList taken(std::move(other));
+    if (GetOption() == taken.GetOption())
+        SwapList(taken);
+    else
+        AssignList(taken);
     return *this;
 }
 
@@ -43,27 +42,42 @@ Zn_ObjList::~Zn_ObjList()
     ReleaseList();
 }
 
-// A holder's own item: the item itself where it is one of the pool's, else a copy; null for null or
-// without memory. Whoever gets it owns one count.
-void* Zn_ObjList::Hold(void* item)
+// What stands in the list for an item of the caller's: itself where it is one of the pool's, else a
+// copy; null for null or without memory.
+void* Zn_ObjList::OwnOrCopy(void* item)
 {
-    if (item && !handler_->GetPool().Owns(item))
-        item = handler_->NewCopy(item);
-    if (item)
-        Zn_ListObjHandler::Hold(item);
-    return item;
+    return item && !handler_->GetPool().Owns(item) ? handler_->NewCopy(item) : item;
 }
 
-// Puts an item whose count is ours into a new place; gives the count up when that fails.
-int Zn_ObjList::Place(int index, void* held)
+// Puts an item into a new place and counts this list as its holder.
+int Zn_ObjList::Place(int index, void* item)
 {
-    if (!held)
-        return -1;
     index = ClampIndex(index);
-    if (places_.Insert(index, &held, 1))
-        return index;
-    handler_->Drop(held);
-    return -1;
+    if (!item || !places_.Insert(index, &item, 1))
+        return -1;
+    Zn_ListObjHandler::Hold(item);
+    return index;
+}
+
+// Puts an item into a place that is there or, with grow, made.
+int Zn_ObjList::Replace(int index, void* item, int grow)
+{
+    if (!item || index < 0 || index == INT_MAX)
+        return -1;
+    if (index >= Count() && (!grow || InsertAbsent(Count(), index + 1 - Count()) < 0))
+        return -1;
+    Zn_ListObjHandler::Hold(item);
+    if (void* old = std::exchange(places_.Run(index)[0], item))
+        handler_->Drop(old);
+    return index;
+}
+
+// The result of putting an item somewhere: one that found no place and that no caller knows goes.
+int Zn_ObjList::Settle(int index, void* item, const void* callers)
+{
+    if (index < 0 && item && item != callers)
+        handler_->Drop(item);
+    return index;
 }
 
 // The index of the first item that is not before the given one. Absent places come after every item.
@@ -94,13 +108,14 @@ void* Zn_ObjList::GetSafeItem(int index, int create)
     if (index == INT_MAX || (index >= before && !places_.Reserve(index + 1)))
         return nullptr;
     while (Count() <= index) {
-        if (Place(Count(), Hold(handler_->NewItem())) < 0) {
+        void* made = handler_->NewItem();
+        if (Settle(Place(Count(), made), made, nullptr) < 0) {
             Delete(before, Count() - before);
             return nullptr;
         }
     }
     if (!GetItem(index))
-        SetLink(index, handler_->NewItem());
+        Replace(index, handler_->NewItem(), 0);
     return GetItem(index);
 }
 
@@ -115,7 +130,8 @@ int Zn_ObjList::Add(const void* item)
 
 int Zn_ObjList::Insert(int index, const void* item)
 {
-    return item ? Place(index, Hold(handler_->NewCopy(item))) : -1;
+    void* copy = item ? handler_->NewCopy(item) : nullptr;
+    return Settle(Place(index, copy), copy, nullptr);
 }
 
 int Zn_ObjList::AddLink(void* item)
@@ -129,7 +145,8 @@ int Zn_ObjList::AddLink(void* item)
 
 int Zn_ObjList::InsertLink(int index, void* item)
 {
-    return Place(index, Hold(item));
+    void* own = OwnOrCopy(item);
+    return Settle(Place(index, own), own, item);
 }
 
 int Zn_ObjList::AppendItem(const void* item)
@@ -144,28 +161,14 @@ int Zn_ObjList::AppendItemLink(void* item)
 
 int Zn_ObjList::Set(int index, const void* item, int grow)
 {
-    return item ? Replace(index, Hold(handler_->NewCopy(item)), grow) : -1;
+    void* copy = item ? handler_->NewCopy(item) : nullptr;
+    return Settle(Replace(index, copy, grow), copy, nullptr);
 }
 
 int Zn_ObjList::SetLink(int index, void* item, int grow)
 {
-    return Replace(index, Hold(item), grow);
-}
-
-// Puts an item whose count is ours into a place that is there or, with grow, made; gives the count up
-// when that fails.
-int Zn_ObjList::Replace(int index, void* held, int grow)
-{
-    if (!held)
-        return -1;
-    const bool missing = index >= Count();
-    if (index < 0 || (missing && (!grow || index == INT_MAX || InsertAbsent(Count(), index + 1 - Count()) < 0))) {
-        handler_->Drop(held);
-        return -1;
-    }
-    if (void* old = std::exchange(places_.Run(index)[0], held))
-        handler_->Drop(old);
-    return index;
+    void* own = OwnOrCopy(item);
+    return Settle(Replace(index, own, grow), own, item);
 }
 
 int Zn_ObjList::InsertAbsent(int index, int count)
@@ -278,7 +281,7 @@ int Zn_ObjList::AssignList(const Zn_ObjList& other)
 
 int Zn_ObjList::AppendList(const Zn_ObjList& other)
 {
-    return IsOrdered() ? AddAll(other) : AppendItems(other);
+    return IsOrdered() ? AddEach(other) : AppendItems(other);
 }
 
 // Appends copies as they stand, absent places included.
@@ -300,7 +303,7 @@ int Zn_ObjList::AppendItems(const Zn_ObjList& other)
 }
 
 // Adds copies in the handler's order; those that were added go again when memory runs out.
-int Zn_ObjList::AddAll(const Zn_ObjList& other)
+int Zn_ObjList::AddEach(const Zn_ObjList& other)
 {
     if (this == &other)
         return Count();

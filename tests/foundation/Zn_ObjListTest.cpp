@@ -206,6 +206,9 @@ TEST_F(ObjList, StaysWholeWhenMemoryRunsOut)
             const int index = list.Insert(i / 2, Traced(i));
             ASSERT_EQ(list.Count(), before + (index >= 0 ? 1 : 0));
         }
+        Traced* item = ordered.NewItem();
+        if (item && list.InsertLink(2, item) < 0)
+            TracedHandler::Instance().Drop(item); // refused: still the caller's
         const Ints values = ValuesOf(list);
         const bool appended = list.AppendList(other) >= 0;
         EXPECT_EQ(ValuesOf(list).size(), values.size() + (appended ? 4 : 0));
@@ -256,6 +259,23 @@ Nested::Nested() : items(&NestedHandler::Instance()) {}
 void Nested::Set(const Nested& other)
 {
     items = other.items;
+}
+
+TEST(ObjListNesting, TakesAListOutOfItsOwnItem)
+{
+    {
+        Nested root;
+        root.items.GetSafeItem(0, 1);
+        Zn_ObjList& inner = static_cast<Nested*>(root.items.GetItem(0))->items;
+        inner.GetSafeItem(1, 1);
+        root.items = inner;
+        EXPECT_EQ(root.items.Count(), 2);
+        Zn_ObjList& other = static_cast<Nested*>(root.items.GetItem(1))->items;
+        other.GetSafeItem(2, 1);
+        root.items = std::move(other);
+        EXPECT_EQ(root.items.Count(), 3);
+    }
+    EXPECT_EQ(NestedHandler::Instance().GetPool().GetUsedCount(), 0);
 }
 
 TEST(ObjListNesting, DestroysADeepTreeOnAShallowStack)
