@@ -6,7 +6,9 @@
 
 #include <cstdarg>
 
+class Zn_AString;
 class Zn_Buffer;
+extern template class ZN_API Zn_StringBase<char, Zn_AString>;
 
 class ZN_API Zn_AString : public Zn_StringBase<char, Zn_AString> {
 public:

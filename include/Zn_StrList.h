@@ -28,12 +28,15 @@ public:
     int Count() const noexcept { return static_cast<int>(items_.size()); }
     void Clear() noexcept { items_.clear(); }
 
-    // Splits text at each of the separator characters and appends the pieces; returns the count.
-    //   escape      makes the next character literal and is itself dropped; 0 for none
-    //   trim        takes white space off both ends of a piece
-    //   skipEmpty   drops empty pieces
-    //   keepQuoted  a run between two equal quotes (" or ') is kept in one piece
-    //   unquote     takes the quotes around a whole piece off it
+    // Splits text at each of the separator characters and appends the pieces; returns the count. Empty
+    // text has no pieces; a separator at the end has an empty one behind it.
+    //   escape      makes the next character literal and is itself dropped, also between quotes; 0 for none.
+    //               At the end of the text it stands for itself
+    //   trim        takes white space off both ends of a piece, except escaped or quoted white space
+    //   skipEmpty   drops empty pieces; a pair of quotes with nothing in it is a piece
+    //   keepQuoted  a run between two equal quotes (" or ') is kept in one piece; a quote without its mate is
+    //               a character like any other
+    //   unquote     takes the quotes off a piece that is nothing but quoted runs: "a" gives a, "a""" too
     //   limit       at most that many pieces, the last holding the rest; 0 for no limit
     int Parse(View text, View separators, Char escape, int trim = 0, int skipEmpty = 0, int keepQuoted = 0,
               int unquote = 0, int limit = 0);

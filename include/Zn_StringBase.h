@@ -39,7 +39,8 @@ public:
     // holds the present text and whose rest is zeroed. The length becomes at least minLength: call
     // FreeExtra with what was really filled. Null when memory runs out.
     Char* GetSafeBuffer(int minLength) noexcept;
-    // Cuts the text to length characters, or to its first terminator when length is -1.
+    // Cuts the text to length characters, or to its first terminator when length is -1, and gives back the
+    // room behind it.
     void FreeExtra(int length = -1) noexcept;
     // Room for a text of that many characters, so that appending up to it moves nothing.
     void Reserve(int length) noexcept;
@@ -136,6 +137,17 @@ private:
     }
     bool InRange(int pos) const noexcept { return pos >= 0 && pos < GetLength(); }
     static Char* NewBody(int capacity) noexcept;
+    bool IsOwn() const noexcept
+    {
+        return text_ && HeaderOf(text_)->refs.load(std::memory_order_acquire) == 1;
+    }
+    // Changes the capacity of a body that is this string's own.
+    bool Resize(int capacity) noexcept;
+    void SetLength(int length) noexcept
+    {
+        text_[length] = Char(0);
+        HeaderOf(text_)->length = length;
+    }
     // Makes the body this string's own with room for capacity characters; false when memory runs out.
     bool MakeOwn(int capacity) noexcept;
 

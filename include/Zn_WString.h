@@ -13,6 +13,8 @@
 #include <cstdarg>
 
 class Zn_AString;
+class Zn_WString;
+extern template class ZN_API Zn_StringBase<char16_t, Zn_WString>;
 
 class ZN_API Zn_WString : public Zn_StringBase<char16_t, Zn_WString> {
 public:
@@ -34,7 +36,7 @@ public:
     // Converts 8-bit text from a code page (0: the locale's).
     void Set(const char* text, int length, unsigned codePage);
     // Decimal text of the number. A double gives the shortest text that reads back to the same
-    // double, the same in every locale, without exponent between 1e-5 and 1e17.
+    // double, the same in every locale, without exponent from 1e-5 to below 1e17; minus zero is "-0".
     void Set(int value);
     void Set(double value);
 
@@ -54,8 +56,9 @@ public:
     // Reads the five entities and every numeric reference of XML; anything else after "&" stays as it stands.
     Zn_WString DecodeXml() const;
 
-    // printf rules: %s and %ls take const char16_t*, %hs const char*, %c char16_t; an unknown conversion prints its
-    // character and drops the "%"; %n is unknown. Returns the text.
+    // printf rules with "." as the point in every locale: %s and %ls take const char16_t*, %hs const char* in the
+    // locale's code page, %c char16_t. A null text prints nothing. An unknown conversion prints its characters
+    // and drops the "%"; %n is unknown. Widths, and precisions of numbers, count up to 4096. Returns the text.
     const char16_t* Format(const char16_t* format, ...);
     const char16_t* Formatv(const char16_t* format, std::va_list args);
 

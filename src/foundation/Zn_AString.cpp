@@ -6,30 +6,24 @@
 
 void Zn_AString::Set(const char16_t* text, int length, unsigned codePage)
 {
-    Zn_AString encoded;
-    if (text)
-        zn::EncodeText(length < 0 ? std::u16string_view(text)
-                                  : std::u16string_view(text, static_cast<std::size_t>(length)),
-                       codePage, encoded);
-    *this = std::move(encoded);
+    zn::AssignWhole(*this, [&](auto& sink) { zn::EncodeText(zn::ViewOf(text, length), codePage, sink); });
 }
 
 void Zn_AString::Set(int value)
 {
     char text[zn::kNumberRoom];
-    AssignView(View(text, static_cast<std::size_t>(zn::WriteInteger(value, text))));
+    AssignView(zn::NumberView(value, text));
 }
 
 void Zn_AString::Set(double value)
 {
     char text[zn::kNumberRoom];
-    AssignView(View(text, static_cast<std::size_t>(zn::WriteDouble(value, text))));
+    AssignView(zn::NumberView(value, text));
 }
 
 Zn_AString& Zn_AString::operator+=(const char16_t* text)
 {
-    if (text)
-        zn::EncodeText(text, 0, *this);
+    zn::AppendWhole(*this, [&](auto& sink) { zn::EncodeText(zn::ViewOf(text), 0, sink); });
     return *this;
 }
 
@@ -44,8 +38,6 @@ const char* Zn_AString::Format(const char* format, ...)
 
 const char* Zn_AString::Formatv(const char* format, std::va_list args)
 {
-    Zn_AString text;
-    zn::FormatText(text, ViewOf(format), args);
-    *this = std::move(text);
+    zn::AssignWhole(*this, [&](auto& sink) { zn::FormatText(sink, ViewOf(format), args); });
     return GetText();
 }

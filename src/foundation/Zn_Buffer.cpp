@@ -103,11 +103,7 @@ void Zn_Buffer::Set(const unsigned char* bytes, int length)
 
 void Zn_Buffer::AppendStr(const char16_t* text, int length, unsigned codePage)
 {
-    if (!text)
-        return;
-    const auto view =
-        length < 0 ? std::u16string_view(text) : std::u16string_view(text, static_cast<std::size_t>(length));
-    zn::EncodeText(view, codePage, *this);
+    zn::AppendWhole(*this, [&](auto& sink) { zn::EncodeText(zn::ViewOf(text, length), codePage, sink); });
 }
 
 void Zn_Buffer::SetSize(int length)

@@ -201,8 +201,12 @@ int Zn_StringList<String, Char>::Parse(View text, View separators, Char escape, 
         Splitter<Char> splitter(text, separators, escape, {trim != 0, skipEmpty != 0, keepQuoted != 0, unquote != 0});
         const int most = limit > 0 ? Count() + limit : 0;
         while ((most == 0 || Count() < most) && splitter.Next(Count() + 1 == most)) {
-            if (!skipEmpty || !splitter.IsEmpty())
-                items_.emplace_back(splitter.Piece());
+            if (skipEmpty && splitter.IsEmpty())
+                continue;
+            String piece(splitter.Piece());
+            if (piece.GetView() != splitter.Piece())
+                break; // no memory
+            items_.push_back(std::move(piece));
         }
     } catch (const std::bad_alloc&) { // the pieces so far stay
     }

@@ -2,6 +2,7 @@
 #include "Zn_WString.h"
 
 #include "foundation/brace.h"
+#include "foundation/memory.h"
 #include "foundation/number_text.h"
 
 #include <algorithm>
@@ -19,16 +20,20 @@ void CopyChars(Char* to, const Char* from, std::size_t count) noexcept
         std::memmove(to, from, count * sizeof(Char));
 }
 
+// Bytes of a text's body with its header and terminator; 0 when a text can't be that long.
+template <class Char>
+int SizeOfBody(int capacity, std::size_t header) noexcept
+{
+    const std::uint64_t size = header + (static_cast<std::uint64_t>(std::max(capacity, 0)) + 1) * sizeof(Char);
+    return size <= std::numeric_limits<int>::max() ? static_cast<int>(size) : 0;
+}
+
 } // namespace
 
 template <class Char, class Self>
 Char* Zn_StringBase<Char, Self>::NewBody(int capacity) noexcept
 {
-    constexpr int kMost = static_cast<int>((std::numeric_limits<int>::max() - sizeof(Header)) / sizeof(Char)) - 1;
-    if (capacity < 0 || capacity > kMost)
-        return nullptr;
-    const auto size = sizeof(Header) + (static_cast<std::size_t>(capacity) + 1) * sizeof(Char);
-    void* memory = _zn_malloc(static_cast<int>(size));
+    void* memory = _zn_malloc(SizeOfBody<Char>(capacity, sizeof(Header)));
     if (!memory)
         return nullptr;
     Header* header = new (memory) Header{{1}, 0, capacity};
@@ -41,22 +46,33 @@ template <class Char, class Self>
 bool Zn_StringBase<Char, Self>::MakeOwn(int capacity) noexcept
 {
     const int length = GetLength();
-    capacity = std::max(capacity, length);
-    if (text_ && HeaderOf(text_)->refs.load(std::memory_order_acquire) == 1) {
+    if (IsOwn()) {
         const int present = HeaderOf(text_)->capacity;
         if (capacity <= present)
             return true;
-        const auto grown = std::int64_t(present) + present / 2;
-        if (grown > capacity && grown < std::numeric_limits<int>::max() / 2)
-            capacity = static_cast<int>(grown);
+        const std::int64_t grown = std::int64_t(present) + present / 2;
+        const bool step = grown > capacity && grown <= std::numeric_limits<int>::max();
+        return (step && Resize(static_cast<int>(grown))) || Resize(capacity);
     }
-    Char* body = NewBody(capacity);
+    Char* body = NewBody(std::max(capacity, length));
     if (!body)
         return false;
     CopyChars(body, GetText(), static_cast<std::size_t>(length) + 1);
     HeaderOf(body)->length = length;
     Drop(text_);
     text_ = body;
+    return true;
+}
+
+template <class Char, class Self>
+bool Zn_StringBase<Char, Self>::Resize(int capacity) noexcept
+{
+    void* memory = zn::Reallocate(HeaderOf(text_), SizeOfBody<Char>(capacity, sizeof(Header)));
+    if (!memory)
+        return false;
+    Header* header = static_cast<Header*>(memory);
+    header->capacity = capacity;
+    text_ = reinterpret_cast<Char*>(header + 1);
     return true;
 }
 
@@ -70,17 +86,15 @@ void Zn_StringBase<Char, Self>::AssignView(View view)
     if (view.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         return;
     const int length = static_cast<int>(view.size());
-    const bool own = text_ && HeaderOf(text_)->refs.load(std::memory_order_acquire) == 1;
-    Char* body = own && HeaderOf(text_)->capacity >= length ? text_ : NewBody(length);
+    Char* body = IsOwn() && HeaderOf(text_)->capacity >= length ? text_ : NewBody(length);
     if (!body)
         return;
     CopyChars(body, view.data(), view.size());
-    body[length] = Char(0);
-    HeaderOf(body)->length = length;
     if (body != text_) {
         Drop(text_);
         text_ = body;
     }
+    SetLength(length);
 }
 
 template <class Char, class Self>
@@ -96,8 +110,7 @@ void Zn_StringBase<Char, Self>::AppendView(View view)
     if (!MakeOwn(total))
         return;
     CopyChars(text_ + length, inside ? text_ + offset : view.data(), view.size());
-    text_[total] = Char(0);
-    HeaderOf(text_)->length = total;
+    SetLength(total);
 }
 
 template <class Char, class Self>
@@ -114,8 +127,8 @@ Char* Zn_StringBase<Char, Self>::GetSafeBuffer(int minLength) noexcept
     if (!MakeOwn(minLength))
         return nullptr;
     if (minLength > length) {
-        std::fill(text_ + length, text_ + minLength + 1, Char(0));
-        HeaderOf(text_)->length = minLength;
+        std::fill(text_ + length, text_ + minLength, Char(0));
+        SetLength(minLength);
     }
     return text_;
 }
@@ -124,9 +137,11 @@ template <class Char, class Self>
 void Zn_StringBase<Char, Self>::FreeExtra(int length) noexcept
 {
     const View view = GetView();
-    const std::size_t wanted = length < 0 ? view.find(Char(0)) : static_cast<std::size_t>(length);
-    if (wanted < view.size())
-        AssignView(view.substr(0, wanted));
+    const std::size_t kept = length < 0 ? view.find(Char(0)) : static_cast<std::size_t>(length);
+    if (kept < view.size())
+        AssignView(view.substr(0, kept));
+    if (IsOwn() && HeaderOf(text_)->capacity > GetLength())
+        Resize(GetLength()); // which keeps the text as it is when it fails
 }
 
 template <class Char, class Self>
@@ -216,11 +231,10 @@ int Zn_StringBase<Char, Self>::Replace(const Char* what, const Char* with)
         out = std::copy(put.begin(), put.end(), out);
         from = at + sought.size();
     }
-    out = std::copy(view.begin() + from, view.end(), out);
-    *out = Char(0);
-    HeaderOf(body)->length = static_cast<int>(length);
+    std::copy(view.begin() + from, view.end(), out);
     Drop(text_);
     text_ = body;
+    SetLength(static_cast<int>(length));
     return static_cast<int>(count);
 }
 

@@ -1,17 +1,14 @@
 #include "Zn_Text.h"
 
 #include "foundation/casefold.h"
+#include "foundation/view.h"
 
 #include <algorithm>
 #include <limits>
 
-namespace {
+using zn::ViewOf;
 
-template <class Char>
-std::basic_string_view<Char> ViewOf(const Char* text) noexcept
-{
-    return text ? std::basic_string_view<Char>(text) : std::basic_string_view<Char>();
-}
+namespace {
 
 constexpr char16_t kEmpty[1] = {0};
 

@@ -3,57 +3,52 @@
 #include "foundation/encoding.h"
 #include "foundation/format_text.h"
 #include "foundation/number_text.h"
-#include "foundation/utf8.h"
 #include "foundation/xml_escape.h"
+
+#include <new>
 
 const Zn_WString Zn_WString::_ZnNullString;
 
 void Zn_WString::Set(const char* text, int length, unsigned codePage)
 {
-    const std::string_view bytes = !text        ? std::string_view()
-                                   : length < 0 ? std::string_view(text)
-                                                : std::string_view(text, static_cast<std::size_t>(length));
-    Zn_WString decoded;
-    zn::DecodeText(bytes, codePage, decoded);
-    *this = std::move(decoded);
+    zn::AssignWhole(*this, [&](auto& sink) { zn::DecodeText(zn::ViewOf(text, length), codePage, sink); });
 }
 
 void Zn_WString::Set(int value)
 {
-    Empty();
-    *this += value;
+    char16_t text[zn::kNumberRoom];
+    AssignView(zn::NumberView(value, text));
 }
 
 void Zn_WString::Set(double value)
 {
-    Empty();
-    *this += value;
+    char16_t text[zn::kNumberRoom];
+    AssignView(zn::NumberView(value, text));
 }
 
 Zn_WString& Zn_WString::operator+=(const char* text)
 {
-    if (text)
-        zn::DecodeText(text, 0, *this);
+    zn::AppendWhole(*this, [&](auto& sink) { zn::DecodeText(zn::ViewOf(text), 0, sink); });
     return *this;
 }
 
 Zn_WString& Zn_WString::operator+=(char ch)
 {
-    zn::DecodeText(std::string_view(&ch, 1), 0, *this);
+    zn::AppendWhole(*this, [&](auto& sink) { zn::DecodeText(std::string_view(&ch, 1), 0, sink); });
     return *this;
 }
 
 Zn_WString& Zn_WString::operator+=(int value)
 {
     char16_t text[zn::kNumberRoom];
-    AppendView(View(text, static_cast<std::size_t>(zn::WriteInteger(value, text))));
+    AppendView(zn::NumberView(value, text));
     return *this;
 }
 
 Zn_WString& Zn_WString::operator+=(double value)
 {
     char16_t text[zn::kNumberRoom];
-    AppendView(View(text, static_cast<std::size_t>(zn::WriteDouble(value, text))));
+    AppendView(zn::NumberView(value, text));
     return *this;
 }
 
@@ -63,7 +58,7 @@ Zn_WString Zn_WString::EncodeXml() const
         return *this;
     Zn_WString encoded;
     encoded.Reserve(GetLength() + GetLength() / 8 + 8);
-    zn::AppendXml(GetView(), encoded);
+    zn::AppendWhole(encoded, [&](auto& sink) { zn::AppendXml(GetView(), sink); });
     return encoded;
 }
 
@@ -73,7 +68,7 @@ Zn_WString Zn_WString::DecodeXml() const
         return *this;
     Zn_WString decoded;
     decoded.Reserve(GetLength());
-    zn::AppendDecodedXml(GetView(), decoded);
+    zn::AppendWhole(decoded, [&](auto& sink) { zn::AppendDecodedXml(GetView(), sink); });
     return decoded;
 }
 
@@ -88,22 +83,24 @@ const char16_t* Zn_WString::Format(const char16_t* format, ...)
 
 const char16_t* Zn_WString::Formatv(const char16_t* format, std::va_list args)
 {
-    Zn_WString text;
-    zn::FormatText(text, ViewOf(format), args);
-    *this = std::move(text);
+    zn::AssignWhole(*this, [&](auto& sink) { zn::FormatText(sink, ViewOf(format), args); });
     return GetText();
 }
 
 Zn_WString Zn_WString::FromUtf8(std::string_view text)
 {
     Zn_WString decoded;
-    zn::DecodeText(text, zn::kUtf8, decoded);
+    zn::AppendWhole(decoded, [&](auto& sink) { zn::DecodeText(text, zn::kUtf8, sink); });
     return decoded;
 }
 
 std::string Zn_WString::ToUtf8() const
 {
-    std::string utf8;
-    zn::EncodeText(GetView(), zn::kUtf8, utf8);
-    return utf8;
+    try {
+        std::string utf8;
+        zn::EncodeText(GetView(), zn::kUtf8, utf8);
+        return utf8;
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
 }

@@ -13,11 +13,13 @@
 #include "Zn_Buffer.h"
 #include "Zn_WString.h"
 
+#include "foundation/view.h"
 #include "platform/platform.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zn {
 
@@ -106,6 +108,49 @@ void ReserveMore(Sink& sink, std::size_t count)
     } else if (count > sink.size()) {
         sink.reserve(sink.size() + count);
     }
+}
+
+// A sink that notices when its target could not take everything.
+template <class Target>
+struct CountingSink {
+    Target& target;
+    std::size_t length = static_cast<std::size_t>(target.GetLength());
+
+    int GetLength() const noexcept { return target.GetLength(); }
+    void Reserve(int room) noexcept { target.Reserve(room); }
+};
+template <class Target, class View>
+void Append(CountingSink<Target>& sink, View text)
+{
+    Append(sink.target, text);
+    sink.length += text.size();
+}
+
+// Lets write append to a string or a buffer through a sink. When memory runs out on the way, the target is
+// left as it was, and the result is false.
+template <class Target, class Write>
+bool AppendWhole(Target& target, Write write)
+{
+    const int before = target.GetLength();
+    CountingSink<Target> sink{target};
+    write(sink);
+    if (sink.length == static_cast<std::size_t>(target.GetLength()))
+        return true;
+    if constexpr (requires { target.FreeExtra(before); })
+        target.FreeExtra(before);
+    else
+        target.SetSize(before);
+    return false;
+}
+// The same for a string that is replaced.
+template <class String, class Write>
+bool AssignWhole(String& target, Write write)
+{
+    String text;
+    if (!AppendWhole(text, write))
+        return false;
+    target = std::move(text);
+    return true;
 }
 
 // ---- whole texts -------------------------------------------------------------------------------

@@ -1,7 +1,5 @@
 #include "foundation/format_text.h"
 
-#include "foundation/encoding.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -137,12 +135,14 @@ bool WriteFloat(NumberText& text, const Spec& spec, Float value) noexcept
     return std::isfinite(value);
 }
 
-template <class String, class Char>
+// Writes into a sink of strings of one width.
+template <class String>
 class Formatter {
 public:
-    using View = std::basic_string_view<Char>;
+    using View = typename String::View;
+    using Char = typename View::value_type;
 
-    Formatter(String& out, std::va_list args) noexcept : out_(out) { va_copy(args_, args); }
+    Formatter(CountingSink<String>& out, std::va_list args) noexcept : out_(out) { va_copy(args_, args); }
     ~Formatter() { va_end(args_); }
     Formatter(const Formatter&) = delete;
     Formatter& operator=(const Formatter&) = delete;
@@ -151,10 +151,10 @@ public:
     {
         while (!format.empty()) {
             const std::size_t percent = std::min(format.find(Char('%')), format.size());
-            out_ += format.substr(0, percent);
+            Append(out_, format.substr(0, percent));
             format.remove_prefix(percent);
             if (format.size() < 2) { // a '%' at the very end stands for itself
-                out_ += format;
+                Append(out_, format);
                 return;
             }
             format.remove_prefix(1);
@@ -171,7 +171,7 @@ private:
     // The '%' is dropped and the character behind it printed, even where it is one more '%'.
     View PutUnknown(View format)
     {
-        out_ += format.substr(0, 1);
+        Append(out_, format.substr(0, 1));
         return format.substr(1);
     }
 
@@ -274,7 +274,7 @@ private:
             PutString(spec);
             return true;
         case '%':
-            out_ += Char('%');
+            Append(out_, View(&kPercent, 1));
             return true;
         default:
             return false;
@@ -415,7 +415,7 @@ private:
             const std::size_t pad = Padding(spec, text.size());
             if (!spec.left)
                 Fill(' ', pad);
-            out_ += text;
+            Append(out_, text);
             if (spec.left)
                 Fill(' ', pad);
         } else {
@@ -440,7 +440,7 @@ private:
         block.fill(Char(ch));
         for (std::size_t step = 0; count > 0; count -= step) {
             step = std::min(count, block.size());
-            out_ += View(block.data(), step);
+            Append(out_, View(block.data(), step));
         }
     }
 
@@ -450,27 +450,28 @@ private:
         for (std::size_t step = 0; length > 0; length -= step, text += step) {
             step = std::min(length, block.size());
             std::copy_n(text, step, block.begin());
-            out_ += View(block.data(), step);
+            Append(out_, View(block.data(), step));
         }
     }
 
+    static constexpr Char kPercent = Char('%');
     static constexpr int kMost = 1 << 24; // what a count in a format is read as at most
 
-    String& out_;
+    CountingSink<String>& out_;
     View rest_;
     std::va_list args_;
 };
 
 } // namespace
 
-void FormatText(Zn_WString& out, std::u16string_view format, std::va_list args)
+void FormatText(CountingSink<Zn_WString>& sink, std::u16string_view format, std::va_list args)
 {
-    Formatter<Zn_WString, char16_t>(out, args).Run(format);
+    Formatter<Zn_WString>(sink, args).Run(format);
 }
 
-void FormatText(Zn_AString& out, std::string_view format, std::va_list args)
+void FormatText(CountingSink<Zn_AString>& sink, std::string_view format, std::va_list args)
 {
-    Formatter<Zn_AString, char>(out, args).Run(format);
+    Formatter<Zn_AString>(sink, args).Run(format);
 }
 
 } // namespace zn

@@ -6,8 +6,7 @@
 // precision of a number, counts up to kMostWidth only, so that a format can't ask for any amount of memory.
 #pragma once
 
-#include "Zn_AString.h"
-#include "Zn_WString.h"
+#include "foundation/encoding.h"
 
 #include <cstdarg>
 #include <string_view>
@@ -16,8 +15,8 @@ namespace zn {
 
 constexpr int kMostWidth = 4096;
 
-// Append to out. The arguments must be those that the format names.
-void FormatText(Zn_WString& out, std::u16string_view format, std::va_list args);
-void FormatText(Zn_AString& out, std::string_view format, std::va_list args);
+// Append to the sink. The arguments must be those that the format names.
+void FormatText(CountingSink<Zn_WString>& sink, std::u16string_view format, std::va_list args);
+void FormatText(CountingSink<Zn_AString>& sink, std::string_view format, std::va_list args);
 
 } // namespace zn

@@ -17,6 +17,17 @@ int WriteInteger(std::int64_t value, Char (&out)[kNumberRoom]) noexcept;
 // numbers without a point, "inf", "-inf", "nan"; minus zero keeps its sign ("-0").
 template <class Char>
 int WriteDouble(double value, Char (&out)[kNumberRoom]) noexcept;
+// The same as a view of out.
+template <class Char>
+std::basic_string_view<Char> NumberView(int value, Char (&out)[kNumberRoom]) noexcept
+{
+    return {out, static_cast<std::size_t>(WriteInteger(value, out))};
+}
+template <class Char>
+std::basic_string_view<Char> NumberView(double value, Char (&out)[kNumberRoom]) noexcept
+{
+    return {out, static_cast<std::size_t>(WriteDouble(value, out))};
+}
 
 // Leading white space, sign, digits; 0 without digits, clamped to 32 bits.
 template <class Char>

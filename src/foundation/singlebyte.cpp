@@ -36,7 +36,7 @@ unsigned char EncodeByte(unsigned codePage, char16_t unit) noexcept
         if (unit < 0x100)
             return static_cast<unsigned char>(unit);
     }
-    if (codePage == kWindows1252) {
+    if (codePage == kWindows1252 && unit <= 0x2122) {
         for (unsigned i = 0; i < 32; ++i) {
             if (k1252[i] == unit)
                 return static_cast<unsigned char>(0x80 + i);

@@ -87,6 +87,22 @@ char* PutSequence(char32_t code, char* out) noexcept
     return out;
 }
 
+// The sum of a small number per unit. Runs this short can't overflow a 16-bit sum, of which a vector holds more.
+template <class View, class Count>
+std::size_t SumOf(View text, Count count) noexcept
+{
+    constexpr std::size_t kRun = 1024;
+    std::size_t total = 0;
+    while (!text.empty()) {
+        std::uint16_t sum = 0;
+        for (const auto unit : text.substr(0, kRun))
+            sum = static_cast<std::uint16_t>(sum + count(unit));
+        total += sum;
+        text.remove_prefix(std::min(text.size(), kRun));
+    }
+    return total;
+}
+
 } // namespace
 
 std::size_t CopyAscii(std::string_view bytes, char16_t* out, std::size_t room) noexcept
@@ -144,20 +160,15 @@ Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room) noex
 
 std::size_t CountUtf16OfUtf8(std::string_view bytes) noexcept
 {
-    std::size_t count = 0;
-    for (const char ch : bytes) {
+    return SumOf(bytes, [](char ch) {
         const auto byte = static_cast<unsigned char>(ch);
-        count += static_cast<std::size_t>((byte & 0xC0) != 0x80) + (byte >= 0xF0);
-    }
-    return count;
+        return ((byte & 0xC0) != 0x80) + (byte >= 0xF0);
+    });
 }
 
 std::size_t CountUtf8OfUtf16(std::u16string_view text) noexcept
 {
-    std::size_t count = text.size();
-    for (const char16_t unit : text)
-        count += static_cast<std::size_t>(unit >= 0x80) + (unit >= 0x800 && !IsSurrogate(unit));
-    return count;
+    return SumOf(text, [](char16_t unit) { return 1 + (unit >= 0x80) + (unit >= 0x800) - IsSurrogate(unit); });
 }
 
 } // namespace zn

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -185,6 +188,25 @@ TEST(CodePage, CountsAreExactForWellFormedUtf8)
         EXPECT_EQ(zn::CountUtf8OfUtf16(text), utf8.size());
         EXPECT_EQ(zn::CountUtf16OfUtf8(utf8), text.size());
     }
+}
+
+TEST(CodePage, ThreadsConvertSideBySide)
+{
+    const Zn_WString korean(u"\uD55C\uAD6D\uC5B4 text");
+    const auto work = [&] {
+        for (int i = 0; i < 300; ++i) {
+            Zn_WString copy = korean; // shares its text with the other threads
+            copy.Set(Zn_AString(copy, -1, i % 2 ? 949 : 51949), -1, 949);
+            EXPECT_EQ(copy, korean);
+            ZnSetLocaleCP(i % 2 ? 949 : 0);
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back(work);
+    for (std::thread& thread : threads)
+        thread.join();
+    ZnSetLocaleCP(0);
 }
 
 TEST(CodePage, StringsConvert)

@@ -1,6 +1,8 @@
 #include "Zn_AString.h"
 #include "Zn_WString.h"
 
+#include "foundation/memory.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -268,6 +270,52 @@ TYPED_TEST(StringTest, DoublesReadBackBitForBit)
         ASSERT_EQ(std::bit_cast<std::uint64_t>(text.ToDouble()), std::bit_cast<std::uint64_t>(value))
             << std::hexfloat << value;
     }
+}
+
+// Fails the first, the second, ... allocation of an operation until it needs no more: it either happens
+// whole or leaves the text as it was.
+template <class String, class Operation>
+void FailEveryAllocation(const String& start, Operation operation)
+{
+    String done = start;
+    operation(done);
+    ASSERT_NE(done, start);
+    for (int n = 1;; ++n) {
+        String text = start; // shared, so that writing needs a body of its own
+        zn::FailAllocation(n);
+        operation(text);
+        const bool failed = zn::AllocationFailed();
+        zn::FailAllocation(0);
+        EXPECT_TRUE(text == start || text == done) << "allocation " << n;
+        if (!failed) {
+            EXPECT_EQ(text, done);
+            return;
+        }
+    }
+}
+
+TYPED_TEST(StringTest, KeepsItsTextWhenMemoryRunsOut)
+{
+    const TypeParam start = S(std::string(100, 'a') + "<b>");
+    const TypeParam more = S(std::string(9000, 'x'));
+    const auto fails = [&](auto operation) { FailEveryAllocation(start, operation); };
+    fails([](TypeParam& text) { text.SetAt(0, 'b'); });
+    fails([](TypeParam& text) { text.Replace('a', 'b'); });
+    fails([](TypeParam& text) { text.Replace(L("a"), L("bc")); });
+    fails([](TypeParam& text) { text.GetSafeBuffer(5000); });
+    fails([](TypeParam& text) { text.FreeExtra(50); });
+    fails([](TypeParam& text) { text.Set(1.5); });
+    fails([&](TypeParam& text) { text += more; });
+    fails([&](TypeParam& text) { text.Set(more.GetText() + 1); });
+    fails([&](TypeParam& text) { text.Format(L("%s%s%30d"), more.GetText(), L("-"), 5); });
+    fails([](TypeParam& text) {
+        if constexpr (sizeof(typename TypeParam::View::value_type) == 2) {
+            const std::string bytes = std::string(5000, 'a') + "\xC7\xD1";
+            text.Set(bytes.c_str(), -1, 949);
+        } else {
+            text.Set(std::u16string(5000, u'\uD55C').c_str(), -1, 65001);
+        }
+    });
 }
 
 TEST(WString, AppendsEveryKind)
