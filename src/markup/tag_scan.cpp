@@ -5,6 +5,8 @@
 
 namespace zn {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 constexpr std::u16string_view kCommentStart = u"<!--";
@@ -86,23 +88,13 @@ TagEnd FindSectionEnd(const char16_t* from, const char16_t* end, std::u16string_
 
 } // namespace
 
-std::ptrdiff_t TagNameLength(const char16_t* at, const char16_t* end) noexcept
+std::ptrdiff_t MarkLength(const char16_t* at, const char16_t* end) noexcept
 {
-    if (at == end || (*at >= u'0' && *at <= u'9'))
-        return 0;
-    const char16_t* stop = at;
-    if (*at == u'!') {
-        if (BeginsWith(at, end, u"!--"))
-            return 3;
-        if (BeginsWith(at, end, u"![CDATA["))
-            return 8;
-        ++stop;
-    } else if (*at == u'?') {
-        ++stop;
+    for (const std::u16string_view mark : {u"!--"sv, u"![CDATA["sv}) {
+        if (BeginsWith(at, end, mark))
+            return static_cast<std::ptrdiff_t>(mark.size());
     }
-    while (stop != end && IsNameUnit(*stop))
-        ++stop;
-    return stop == end ? 0 : stop - at;
+    return 0;
 }
 
 bool BeginsWith(const char16_t* at, const char16_t* end, std::u16string_view upperCase) noexcept
@@ -117,12 +109,10 @@ bool BeginsWith(const char16_t* at, const char16_t* end, std::u16string_view upp
     return true;
 }
 
-Markup ClassifyMarkup(const char16_t* name, const char16_t* end) noexcept
+Markup ClassifySpecial(const char16_t* name, const char16_t* end) noexcept
 {
     if (*name == u'?')
         return Markup::ProcInstr;
-    if (*name != u'!')
-        return Markup::Element;
     if (BeginsWith(name, end, u"!--"))
         return Markup::Comment;
     if (BeginsWith(name, end, u"!DOCTYPE"))
@@ -145,7 +135,7 @@ TagEnd FindTagEnd(const char16_t* at, const char16_t* end, Markup kind) noexcept
     }
 }
 
-TagEnd TagEndFinder::Find(const char16_t* at, Markup kind) noexcept
+TagEnd TagEndFinder::Search(const char16_t* at, Markup kind) noexcept
 {
     Table& table = kind == Markup::ProcInstr ? instructions_ : elements_;
     if (!table.made) {

@@ -4,6 +4,7 @@
 
 #include "text_scan.h"
 
+#include <array>
 #include <string_view>
 #include <vector>
 
@@ -20,21 +21,54 @@ enum class Markup : int {
     Comment = 153
 };
 
+// Which low bytes of units are those of names.
+constexpr auto kNameBytes = [] {
+    std::array<bool, 256> bytes{};
+    for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
+        bytes[byte] = byte >= 0x80 || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+                      (byte >= '0' && byte <= '9') || byte == '_' || byte == ':';
+    }
+    return bytes;
+}();
+
 // A unit above 0x7F counts by its low 8 bits alone: many CJK characters end a name. Callers rely on it.
 constexpr bool IsNameUnit(char16_t unit) noexcept
 {
-    return (unit & 0x80) != 0 || (unit < 0x80 && ((unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
-                                                  (unit >= u'0' && unit <= u':') || unit == u'_'));
+    return kNameBytes[unit & 0xFF] && (unit < 0x80 || (unit & 0x80) != 0);
 }
 
+// Length of the mark of a comment or a CDATA section, "!--" or "![CDATA["; 0 when there is none.
+std::ptrdiff_t MarkLength(const char16_t* at, const char16_t* end) noexcept;
+
 // Length of the tag name just after "<" or "</" ("?" and "!" as first character included); 0 when there is none.
-std::ptrdiff_t TagNameLength(const char16_t* at, const char16_t* end) noexcept;
+inline std::ptrdiff_t TagNameLength(const char16_t* at, const char16_t* end) noexcept
+{
+    const char16_t* stop = at;
+    if (stop == end || (*stop >= u'0' && *stop <= u'9'))
+        return 0;
+    if (*stop == u'!') {
+        if (const std::ptrdiff_t mark = MarkLength(at, end))
+            return mark;
+        ++stop;
+    } else if (*stop == u'?') {
+        ++stop;
+    }
+    while (stop != end && IsNameUnit(*stop))
+        ++stop;
+    return stop == end ? 0 : stop - at;
+}
 
 // Whether the text begins with the given one; ASCII letters match in either case.
 bool BeginsWith(const char16_t* at, const char16_t* end, std::u16string_view upperCase) noexcept;
 
+// What a name that begins with "?" or "!" begins.
+Markup ClassifySpecial(const char16_t* name, const char16_t* end) noexcept;
+
 // What the name just after "<" begins.
-Markup ClassifyMarkup(const char16_t* name, const char16_t* end) noexcept;
+inline Markup ClassifyMarkup(const char16_t* name, const char16_t* end) noexcept
+{
+    return *name == u'?' || *name == u'!' ? ClassifySpecial(name, end) : Markup::Element;
+}
 
 // Where a tag ends, and where the reader goes on.
 struct TagEnd {
@@ -52,7 +86,12 @@ TagEnd FindTagEnd(const char16_t* at, const char16_t* end, Markup kind) noexcept
 class TagEndFinder {
 public:
     explicit TagEndFinder(const char16_t* end) noexcept : end_(end) {}
-    TagEnd Find(const char16_t* at, Markup kind) noexcept;
+    TagEnd Find(const char16_t* at, Markup kind) noexcept
+    {
+        if (at != end_ && *at == u'>' && kind == Markup::Element) // as most tags
+            return {at, at + 1, kind};
+        return Search(at, kind);
+    }
 
 private:
     struct Step {
@@ -63,6 +102,7 @@ private:
         bool made = false;
         std::vector<Step> steps; // from the back of the text
     };
+    TagEnd Search(const char16_t* at, Markup kind) noexcept;
     static bool MakeTable(Table& table, const char16_t* begin, const char16_t* end, Markup kind) noexcept;
     static const char16_t* LookUp(const Table& table, const char16_t* at) noexcept;
 
