@@ -25,15 +25,16 @@ const Zn_DOMElement& Zn_DOMElemHandler::EmptyItem()
 
 // ---- copies and destruction --------------------------------------------------------------------
 
-Zn_DOMElemList::Zn_DOMElemList(const Zn_DOMElemList& other) : Base()
+Zn_DOMElemList::Zn_DOMElemList(const Zn_DOMElemList& other) : Zn_DOMElemList(other.codePage_)
 {
     CopySettings(other);
     CopyNodes(other);
 }
 
-Zn_DOMElemList::Zn_DOMElemList(Zn_DOMElemList&& other) noexcept : Base(std::move(other))
+Zn_DOMElemList::Zn_DOMElemList(Zn_DOMElemList&& other) noexcept : Zn_DOMElemList(other.codePage_)
 {
     CopySettings(other);
+    SwapList(other);
 }
 
 Zn_DOMElemList::~Zn_DOMElemList()
@@ -61,7 +62,9 @@ Zn_DOMElemList& Zn_DOMElemList::operator=(Zn_DOMElemList&& other) noexcept
 
 Zn_DOMElemList& Zn_DOMElemList::operator=(const Zn_DOMElemList* other)
 {
-    return other ? *this = *other : *this;
+    if (other)
+        *this = *other;
+    return *this;
 }
 
 Zn_DOMElemList& Zn_DOMElemList::operator+=(const Zn_DOMElemList& other)
@@ -72,7 +75,9 @@ Zn_DOMElemList& Zn_DOMElemList::operator+=(const Zn_DOMElemList& other)
 
 Zn_DOMElemList& Zn_DOMElemList::operator+=(const Zn_DOMElemList* other)
 {
-    return other ? *this += *other : *this;
+    if (other)
+        *this += *other;
+    return *this;
 }
 
 int Zn_DOMElemList::Assign(const Zn_DOMElemList* source, Zn_DOMElement* parent)

@@ -102,7 +102,7 @@ void Zn_DOMElement::GetAttributeFromList(Zn_WString& out) const
             all += value;
             continue;
         }
-        const char16_t quote = value.find(u'"') == value.npos ? u'"' : u'\'';
+        const char16_t quote = value.find(u'"') == std::u16string_view::npos ? u'"' : u'\'';
         all += attribute.Id();
         all += u'=';
         all += quote;

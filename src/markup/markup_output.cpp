@@ -17,22 +17,22 @@ void Deliver(Target body, Target& target)
         target.Append(body.GetData(), body.GetLength());
 }
 
-// What the escaping of texts writes to.
+// What the escaping of texts writes to: a function of a view.
 template <class Put>
-struct EscapeSink {
-    Put put;
+class EscapeSink {
+public:
+    explicit EscapeSink(Put put) noexcept : put_(put) {}
+    friend void Append(EscapeSink& sink, std::u16string_view text) { sink.put_(text); }
+
+private:
+    Put put_;
 };
-template <class Put>
-void Append(EscapeSink<Put>& sink, std::u16string_view text)
-{
-    sink.put(text);
-}
 
 } // namespace
 
 void WideOutput::PutEscaped(std::u16string_view text, EndBlanks blanks) noexcept
 {
-    EscapeSink sink{[this](std::u16string_view piece) { Put(piece); }};
+    EscapeSink sink([this](std::u16string_view piece) { Put(piece); });
     AppendXml(text, sink, blanks);
 }
 
@@ -84,7 +84,7 @@ void ByteOutput::PutEscaped(std::u16string_view text, EndBlanks blanks) noexcept
 {
     if (text.empty())
         return;
-    EscapeSink sink{[this](std::u16string_view piece) { PutEncoded(piece, texts_); }};
+    EscapeSink sink([this](std::u16string_view piece) { PutEncoded(piece, texts_); });
     if (zn_isspace(text.front()) || zn_isspace(text.back()))
         return AppendXml(text, sink, blanks);
     char* to = Room(text.size());

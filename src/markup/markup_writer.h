@@ -120,8 +120,9 @@ public:
         const auto text = MakeView(value);
         if (text.empty())
             return;
-        using Char = typename decltype(text)::value_type;
-        const char quote = text.find(Char('"')) == text.npos ? '"' : '\'';
+        using Text = decltype(MakeView(value));
+        using Char = typename Text::value_type;
+        const char quote = text.find(Char('"')) == Text::npos ? '"' : '\'';
         name.PutTo(output_);
         output_.PutChar('=');
         output_.PutChar(quote);

@@ -46,7 +46,7 @@ TEST(CharsetDeclaration, NameOfTheEncoding)
     } rows[] = {
         {"<?xml version=\"1.0\" encoding=\"utf-8\"?><a/>", 1, "utf-8"},
         {"<?xml encoding = \r\n 'euc-kr' standalone='no'?>", 1, "euc-kr"},
-        {"<?xml encoding='a\" b'?>", 1, "a"},
+        {R"(<?xml encoding='a" b'?>)", 1, "a"},
         {"<?xml encoding=utf-8?>", 1, "utf-8"},
         {"<?xml encoding?>", 1, ""},
         {"<?xml version='1.0'?>", 1, ""},
