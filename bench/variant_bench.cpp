@@ -21,7 +21,8 @@ namespace {
 
 using StdVariant = std::variant<std::monostate, int, double, std::u16string>;
 
-constexpr char16_t kText[] = u"nineteen characters"; // 19: as long as a name, too long to be kept inside a std::u16string
+constexpr char16_t kText[] =
+    u"nineteen characters"; // 19: as long as a name, too long to be kept inside a std::u16string
 constexpr int kBatch = 1000;
 
 void Check(bool holds, const char* what)

@@ -68,7 +68,8 @@ public:
         return 0;
     }
     // add(product, price, quantity) makes a line and returns it.
-    Zn_Result CallMethod(Zn_VarObjectCtx*, const char16_t* name, const Zn_VariantList* args, Zn_Variant& result) override
+    Zn_Result CallMethod(Zn_VarObjectCtx*, const char16_t* name, const Zn_VariantList* args,
+                         Zn_Variant& result) override
     {
         if (zn_stricmpW(name, u"add") != 0 || !args || args->Count() != 3)
             return -1;

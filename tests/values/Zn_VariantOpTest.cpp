@@ -2,6 +2,7 @@
 
 #include "Zn_VarObject.h"
 #include "Zn_VariantList.h"
+#include "foundation/memory.h"
 #include "values/operator_table.h"
 
 #include <cmath>
@@ -243,6 +244,23 @@ TEST(Zn_VariantOp, Computes)
     Zn_Variant zero;
     Var_Sub(empty, 0.0, zero);
     EXPECT_TRUE(std::signbit(zero.ToDouble())) << "the negation of 0.0";
+}
+
+TEST(Zn_VariantOp, NumbersAreComputedWithoutAllocating)
+{
+    const std::vector<Zn_Variant> values = OneOfEach();
+    Zn_Variant result;
+    for (std::size_t a = 2; a < 6; ++a) {
+        for (std::size_t b = 2; b < 6; ++b) {
+            zn::FailAllocation(1);
+            for (const auto& [op, table] : kOperators)
+                op(values[a], values[b], result);
+            Var_Cmp(values[a], values[b], ZN_OP_LESS);
+            Var_AndOr(values[a], values[b], ZN_OP_AND);
+            EXPECT_FALSE(zn::AllocationFailed()) << a << ' ' << b;
+            zn::FailAllocation(0);
+        }
+    }
 }
 
 TEST(Zn_VariantOp, AppendsInPlace)
