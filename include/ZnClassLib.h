@@ -26,6 +26,7 @@
 #include "Zn_PointerSeq.h"
 #include "Zn_PtrList.h"
 #include "Zn_Record.h"
+#include "Zn_RefCount.h"
 #include "Zn_Result.h"
 #include "Zn_SAXIterator.h"
 #include "Zn_StrList.h"

@@ -6,8 +6,8 @@
 #pragma once
 
 #include "Zn_Base.h"
+#include "Zn_RefCount.h"
 
-#include <atomic>
 #include <cstring>
 #include <span>
 
@@ -68,7 +68,7 @@ public:
 private:
     // In front of the bytes.
     struct Header {
-        std::atomic<std::int32_t> refs;
+        Zn_RefCount refs;
         std::int32_t length;
         std::int32_t capacity;
     };
@@ -82,7 +82,7 @@ private:
     bool IsOwn(int count) const noexcept
     {
         return data_ && HeaderOf(data_)->capacity - HeaderOf(data_)->length >= count &&
-               HeaderOf(data_)->refs.load(std::memory_order_acquire) == 1;
+               HeaderOf(data_)->refs.Get() == 1;
     }
     static unsigned char* NewBytes(int capacity) noexcept;
     static unsigned char* Share(unsigned char* data) noexcept;

@@ -5,39 +5,24 @@
 #pragma once
 
 #include "Zn_Base.h"
+#include "Zn_RefCount.h"
 
 #include <atomic>
 
 // The count in front of a block. A new block has count 0; the holder that takes it first calls AddRef.
 class ZN_API Zn_ObjBufData {
 public:
-    int AddRef() noexcept
-    {
-        // Nobody else can hold a block of count 0.
-        if (refs_.load(std::memory_order_relaxed) == 0) {
-            refs_.store(1, std::memory_order_relaxed);
-            return 1;
-        }
-        return refs_.fetch_add(1, std::memory_order_relaxed) + 1;
-    }
+    int AddRef() noexcept { return refs_.AddRef(); }
     // Returns the count left. At 0 the caller destroys what is in the block and gives it back to its pool.
-    int Release() noexcept
-    {
-        // Nobody else can count a block that its last holder gives up.
-        if (refs_.load(std::memory_order_acquire) == 1) {
-            refs_.store(0, std::memory_order_relaxed);
-            return 0;
-        }
-        return refs_.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    }
-    int GetRefCount() const noexcept { return refs_.load(std::memory_order_acquire); }
+    int Release() noexcept { return refs_.Release(); }
+    int GetRefCount() const noexcept { return refs_.Get(); }
 
     static Zn_ObjBufData* FromItem(void* item) noexcept { return static_cast<Zn_ObjBufData*>(item) - 1; }
     static Zn_ObjBufData* FromItem(const void* item) noexcept { return FromItem(const_cast<void*>(item)); }
     void* GetItem() noexcept { return this + 1; }
 
 private:
-    alignas(8) std::atomic<std::int32_t> refs_{0};
+    alignas(8) Zn_RefCount refs_;
 };
 
 static_assert(sizeof(Zn_ObjBufData) == 8, "items behind the count stay 8-byte aligned");

@@ -7,9 +7,9 @@
 #pragma once
 
 #include "Zn_Base.h"
+#include "Zn_RefCount.h"
 #include "Zn_Text.h"
 
-#include <atomic>
 #include <compare>
 #include <string>
 #include <string_view>
@@ -118,7 +118,7 @@ protected:
 
 private:
     struct Header {
-        std::atomic<std::int32_t> refs;
+        Zn_RefCount refs;
         std::int32_t length;
         std::int32_t capacity;
     };
@@ -127,19 +127,19 @@ private:
     static Char* Share(Char* text) noexcept
     {
         if (text)
-            HeaderOf(text)->refs.fetch_add(1, std::memory_order_relaxed);
+            HeaderOf(text)->refs.AddRef();
         return text;
     }
     static void Drop(Char* text) noexcept
     {
-        if (text && HeaderOf(text)->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        if (text && HeaderOf(text)->refs.Release() == 0)
             zn_free(HeaderOf(text));
     }
     bool InRange(int pos) const noexcept { return pos >= 0 && pos < GetLength(); }
     static Char* NewBody(int capacity) noexcept;
     bool IsOwn() const noexcept
     {
-        return text_ && HeaderOf(text_)->refs.load(std::memory_order_acquire) == 1;
+        return text_ && HeaderOf(text_)->refs.Get() == 1;
     }
     // Changes the capacity of a body that is this string's own.
     bool Resize(int capacity) noexcept;

@@ -18,13 +18,13 @@ unsigned char* Zn_Buffer::NewBytes(int capacity) noexcept
 unsigned char* Zn_Buffer::Share(unsigned char* data) noexcept
 {
     if (data)
-        HeaderOf(data)->refs.fetch_add(1, std::memory_order_relaxed);
+        HeaderOf(data)->refs.AddRef();
     return data;
 }
 
 void Zn_Buffer::Drop(unsigned char* data) noexcept
 {
-    if (data && HeaderOf(data)->refs.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    if (data && HeaderOf(data)->refs.Release() == 0)
         zn_free(HeaderOf(data));
 }
 
