@@ -49,7 +49,11 @@ public:
     };
 
     constexpr Zn_Variant() noexcept {}
-    Zn_Variant(const Zn_Variant& other) { CopyFrom(other); }
+    Zn_Variant(const Zn_Variant& other) : type(other.type), live_(other.live_), value_(other.value_)
+    {
+        if (other.live_ > Bits)
+            CopyHeld(other);
+    }
     Zn_Variant(Zn_Variant&& other) noexcept { MoveFrom(other); }
     Zn_Variant(const Zn_WString& text) noexcept : type(String), live_(Text) { new (&value_.text) Zn_WString(text); }
     Zn_Variant(Zn_WString&& text) noexcept : type(String), live_(Text)
@@ -198,8 +202,8 @@ public:
     // Conversions; the numeric ones allocate nothing. An object gives the value of its default property.
     // Numbers are cut toward zero and clamped to 32 bits, NaN is 0; the texts "true" and "false" are 1 and 0 in any
     // case.
-    std::int32_t ToInteger() const;
-    double ToDouble() const;
+    std::int32_t ToInteger() const { return type == Integer ? HeldInteger() : ConvertToInteger(); }
+    double ToDouble() const { return type == Decimal ? HeldDecimal() : ConvertToDouble(); }
     // A text is read as a double first; callers rely on ChangeType reading it by the rules of Zn_Currency instead.
     Zn_Currency ToCurrency() const;
     Zn_DateTime ToDateTime() const;
@@ -268,6 +272,7 @@ private:
 
     union Value {
         constexpr Value() noexcept : words{} {}
+        Value(const Value& other) noexcept : words{} { std::memcpy(words, other.words, sizeof words); } // the bits
         ~Value() {}
         std::uint64_t words[2];
         std::int32_t integer;
@@ -291,20 +296,16 @@ private:
         live_ = other.live_;
         std::memcpy(value_.words, other.value_.words, 8);
     }
-    void CopyText(const Zn_Variant& other) noexcept
+    // What is more than its bits; they are copied already.
+    void CopyHeld(const Zn_Variant& other)
     {
-        type = other.type;
-        live_ = Text;
-        new (&value_.text) Zn_WString(other.value_.text);
-    }
-    void CopyFrom(const Zn_Variant& other)
-    {
-        if (other.live_ <= Bits)
-            CopyBits(other);
-        else if (other.live_ == Text && other.type == String)
-            CopyText(other);
-        else
-            CopySlow(other);
+        if (other.live_ == Text && other.type == String) {
+            new (&value_.text) Zn_WString(other.value_.text);
+            return;
+        }
+        live_ = None;
+        new (&value_) Value();
+        CopySlow(other);
     }
     void MoveFrom(Zn_Variant& other) noexcept
     {
@@ -319,6 +320,8 @@ private:
     }
     std::int32_t HeldInteger() const noexcept { return live_ == Bits ? value_.integer : 0; }
     double HeldDecimal() const noexcept { return live_ == Bits ? value_.decimal : 0.0; }
+    std::int32_t ConvertToInteger() const;
+    double ConvertToDouble() const;
     void Relabel(std::uint16_t newType) noexcept;
     void CopySlow(const Zn_Variant& other);
     void AssignSlow(const Zn_Variant& other);

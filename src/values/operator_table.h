@@ -4,6 +4,8 @@
 
 #include "Zn_Variant.h"
 
+#include <array>
+
 namespace zn {
 
 // Rows and columns of the table. Object is one whose default property did not replace it; it also stands for
@@ -11,30 +13,26 @@ namespace zn {
 enum class OperandKind { Empty, Null, Integer, Decimal, Currency, Date, String, Binary, Array, Object };
 inline constexpr int kOperandKinds = 10;
 
-constexpr OperandKind OperandKindOf(const Zn_Variant& value) noexcept
+// By table as well: the compiler would make a tree of jumps of a switch here and in the operators.
+inline constexpr auto kKindOfCode = [] {
+    std::array<OperandKind, Zn_Variant::Binary + 1> kinds;
+    kinds.fill(OperandKind::Object);
+    kinds[Zn_Variant::Empty] = OperandKind::Empty;
+    kinds[Zn_Variant::Null] = OperandKind::Null;
+    kinds[Zn_Variant::Integer] = OperandKind::Integer;
+    kinds[Zn_Variant::Decimal] = OperandKind::Decimal;
+    kinds[Zn_Variant::Currency] = OperandKind::Currency;
+    kinds[Zn_Variant::Date] = OperandKind::Date;
+    kinds[Zn_Variant::String] = OperandKind::String;
+    kinds[Zn_Variant::Binary] = OperandKind::Binary;
+    return kinds;
+}();
+
+inline OperandKind OperandKindOf(const Zn_Variant& value) noexcept
 {
-    switch (value.type) {
-    case Zn_Variant::Empty:
-        return OperandKind::Empty;
-    case Zn_Variant::Null:
-        return OperandKind::Null;
-    case Zn_Variant::Integer:
-        return OperandKind::Integer;
-    case Zn_Variant::Decimal:
-        return OperandKind::Decimal;
-    case Zn_Variant::Currency:
-        return OperandKind::Currency;
-    case Zn_Variant::Date:
-        return OperandKind::Date;
-    case Zn_Variant::String:
-        return OperandKind::String;
-    case Zn_Variant::Binary:
-        return OperandKind::Binary;
-    case Zn_Variant::Array:
-        return OperandKind::Array;
-    default:
-        return OperandKind::Object;
-    }
+    if (value.type < kKindOfCode.size())
+        return kKindOfCode[value.type];
+    return value.type == Zn_Variant::Array ? OperandKind::Array : OperandKind::Object;
 }
 
 // One row per kind of the left operand, one character per kind of the right one:

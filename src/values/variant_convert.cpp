@@ -38,7 +38,7 @@ bool IsScalar(const Zn_Variant& source)
 
 } // namespace
 
-std::int32_t Zn_Variant::ToInteger() const
+std::int32_t Zn_Variant::ConvertToInteger() const
 {
     switch (type) {
     case Integer:
@@ -58,7 +58,7 @@ std::int32_t Zn_Variant::ToInteger() const
     }
 }
 
-double Zn_Variant::ToDouble() const
+double Zn_Variant::ConvertToDouble() const
 {
     switch (type) {
     case Integer:

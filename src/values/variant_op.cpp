@@ -132,35 +132,41 @@ constexpr Arithmetic kAdd = {zn::kAddTable, AddIntegers, AddDecimals, AddCurrenc
 constexpr Arithmetic kSub = {zn::kSubTable, SubIntegers, SubDecimals, SubCurrencies, SubDates};
 constexpr Arithmetic kMul = {zn::kMulTable, MulIntegers, MulDecimals, MulCurrencies, MulDates};
 
-void Compute(const Arithmetic& op, const Zn_Variant& left, const Zn_Variant& right, Zn_Variant& result)
+void ComputeValues(const Arithmetic& op, const Zn_Variant& a, const Zn_Variant& b, Zn_Variant& result)
 {
-    const zn::Operand a(left);
-    const zn::Operand b(right);
-    switch (op.table.At(zn::OperandKindOf(*a), zn::OperandKindOf(*b))) {
+    switch (op.table.At(zn::OperandKindOf(a), zn::OperandKindOf(b))) {
     case 'I':
-        result.Set(op.integer(*a, *b));
+        result.Set(op.integer(a, b));
         break;
     case 'D':
-        result.Set(op.decimal(*a, *b));
+        result.Set(op.decimal(a, b));
         break;
     case 'C':
-        result.Set(op.currency(*a, *b));
+        result.Set(op.currency(a, b));
         break;
     case 'T':
-        result.Set(op.date(*a, *b));
+        result.Set(op.date(a, b));
         break;
     case 'S':
-        Var_Cat(*a, *b, result);
+        Var_Cat(a, b, result);
         break;
     case 'a':
-        result.Set(*a);
+        result.Set(a);
         break;
     case 'b':
-        result.Set(*b);
+        result.Set(b);
         break;
     default:
         result.Clear();
     }
+}
+
+void Compute(const Arithmetic& op, const Zn_Variant& a, const Zn_Variant& b, Zn_Variant& result)
+{
+    if (a.type == Zn_Variant::Object || b.type == Zn_Variant::Object)
+        ComputeValues(op, *zn::Operand(a), *zn::Operand(b), result);
+    else
+        ComputeValues(op, a, b, result);
 }
 
 } // namespace
