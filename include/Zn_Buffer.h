@@ -31,9 +31,7 @@ public:
             return;
         if (!IsOwn(length)) [[unlikely]]
             return AppendSlowly(bytes, length);
-        Header* header = HeaderOf(data_);
-        std::memcpy(data_ + header->length, bytes, static_cast<std::size_t>(length));
-        header->length += length;
+        Put(bytes, length);
     }
     // Appends wide text (length -1: up to its terminator) converted to a code page (0: the locale's).
     void AppendStr(const char16_t* text, int length, unsigned codePage);
@@ -83,6 +81,13 @@ private:
     {
         return data_ && HeaderOf(data_)->capacity - HeaderOf(data_)->length >= count &&
                HeaderOf(data_)->refs.Get() == 1;
+    }
+    // Writes behind the present bytes, where there is room.
+    void Put(const unsigned char* bytes, int length) noexcept
+    {
+        Header* header = HeaderOf(data_);
+        std::memcpy(data_ + header->length, bytes, static_cast<std::size_t>(length));
+        header->length += length;
     }
     static unsigned char* NewBytes(int capacity) noexcept;
     static unsigned char* Share(unsigned char* data) noexcept;

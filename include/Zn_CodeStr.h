@@ -9,10 +9,12 @@
 
 #include "Zn_KeyedTextList.h"
 
+#include <utility>
+
 class ZN_API Zn_CodeStr {
 public:
     Zn_CodeStr() noexcept = default;
-    Zn_CodeStr(int code, const Zn_WString& str) noexcept : code_(code), str_(str) {}
+    Zn_CodeStr(int code, Zn_WString str) noexcept : code_(code), str_(std::move(str)) {}
     Zn_CodeStr(int code, const char16_t* str) : code_(code), str_(str) {}
 
     int Code() const noexcept { return code_; }
@@ -56,7 +58,11 @@ public:
     using Base = Zn_KeyedTextList<Zn_CodeStrList, Zn_TypedList<Zn_CodeStr, Zn_CodeStrHandler>>;
     // The option is taken and changes nothing: items stand as they were added, repeated codes included.
     explicit Zn_CodeStrList(int /*option*/ = 1) noexcept {}
-    using Base::operator=;
+    Zn_CodeStrList& operator=(const Zn_CodeStrList* other)
+    {
+        Assign(other);
+        return *this;
+    }
 
     int FindCode(int code) const noexcept;
     int FindItem(const Zn_CodeStr& item) const noexcept { return FindCode(item.Code()); }

@@ -27,7 +27,6 @@ public:
             this->AppendList(*other);
         return this->Count();
     }
-    List& operator=(const List* other) { return Assign(other), Self(); }
     List& operator+=(const List& other) { return Append(&other), Self(); }
     List& operator+=(const List* other) { return Append(other), Self(); }
 

@@ -12,10 +12,12 @@
 
 #include "Zn_KeyedTextList.h"
 
+#include <utility>
+
 class ZN_API Zn_NamedStr {
 public:
     Zn_NamedStr() noexcept = default;
-    Zn_NamedStr(const Zn_WString& id, const Zn_WString& str) noexcept : id_(id), str_(str) {}
+    Zn_NamedStr(Zn_WString id, Zn_WString str) noexcept : id_(std::move(id)), str_(std::move(str)) {}
 
     const Zn_WString& Id() const noexcept { return id_; }
     const Zn_WString& Str() const noexcept { return str_; }
@@ -63,7 +65,11 @@ class ZN_API Zn_NamedStrList
 public:
     using Base = Zn_KeyedTextList<Zn_NamedStrList, Zn_IdList<Zn_NamedStr, Zn_NamedStrHandler, Zn_NamedStrIdOf>>;
     using Base::Base;
-    using Base::operator=;
+    Zn_NamedStrList& operator=(const Zn_NamedStrList* other)
+    {
+        Assign(other);
+        return *this;
+    }
     using Base::GetItemNN;
     using Base::Str;
 

@@ -52,6 +52,10 @@ public:
     int GetUsedCount() const noexcept;
 
 private:
+    std::size_t BlockSize() const noexcept
+    {
+        return static_cast<std::size_t>(stride_) * static_cast<std::size_t>(itemsPerBlock_);
+    }
     struct FreeItem;
     class Guard;
     void* Take() noexcept;

@@ -89,7 +89,7 @@ private:
     void* OwnOrCopy(void* item);
     int Place(int index, void* item);
     int Replace(int index, void* item, int grow);
-    int Settle(int index, void* item, const void* callers);
+    int Settle(int index, void* placed, const void* given);
     int AddEach(const Zn_ObjList& other);
     int DeleteChosen(bool (*chosen)(void* item, void* context), void* context);
     void DropItems(int start, int count) noexcept;

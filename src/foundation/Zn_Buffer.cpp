@@ -87,7 +87,7 @@ void Zn_Buffer::AppendSlowly(const unsigned char* bytes, int length) noexcept
     if (data_ && !std::less<>()(bytes, data_) && std::less<>()(bytes, data_ + GetLength()))
         source = *this; // our own bytes stay where they are while we move
     if (MakeRoom(length))
-        Append(bytes, length);
+        Put(bytes, length);
 }
 
 void Zn_Buffer::Set(const unsigned char* bytes, int length)
@@ -97,7 +97,7 @@ void Zn_Buffer::Set(const unsigned char* bytes, int length)
     Zn_Buffer fresh;
     if (!fresh.MakeOwn(length))
         return;
-    fresh.Append(bytes, length);
+    fresh.Put(bytes, length);
     std::swap(data_, fresh.data_);
 }
 

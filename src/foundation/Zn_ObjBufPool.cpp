@@ -140,7 +140,7 @@ void Zn_ObjBufPool::Shrink() noexcept
 {
     while (blockCount_ > 1) {
         unsigned char* block = blocks_[--blockCount_];
-        ASAN_UNPOISON_MEMORY_REGION(block, static_cast<std::size_t>(stride_ * itemsPerBlock_));
+        ASAN_UNPOISON_MEMORY_REGION(block, BlockSize());
         zn_free(block);
     }
     free_ = nullptr;
@@ -150,18 +150,17 @@ void Zn_ObjBufPool::Shrink() noexcept
 void Zn_ObjBufPool::OpenBlock(unsigned char* block) noexcept
 {
     fresh_ = block;
-    freshEnd_ = block + stride_ * itemsPerBlock_;
-    ASAN_POISON_MEMORY_REGION(block, static_cast<std::size_t>(stride_ * itemsPerBlock_));
+    freshEnd_ = block + BlockSize();
+    ASAN_POISON_MEMORY_REGION(block, BlockSize());
 }
 
 bool Zn_ObjBufPool::Owns(const void* item) const noexcept
 {
     const Guard guard(*this);
     const auto address = reinterpret_cast<std::uintptr_t>(item) - sizeof(Zn_ObjBufData);
-    const auto blockSize = static_cast<std::uintptr_t>(stride_ * itemsPerBlock_);
     const auto offsetIn = [&](int block) { return address - reinterpret_cast<std::uintptr_t>(blocks_[block]); };
     int block = lastOwner_;
-    if (block >= blockCount_ || offsetIn(block) >= blockSize) {
+    if (block >= blockCount_ || offsetIn(block) >= BlockSize()) {
         unsigned char** next =
             std::upper_bound(blocks_, blocks_ + blockCount_, address, [](std::uintptr_t a, const unsigned char* b) {
                 return a < reinterpret_cast<std::uintptr_t>(b);
@@ -169,7 +168,7 @@ bool Zn_ObjBufPool::Owns(const void* item) const noexcept
         if (next == blocks_)
             return false;
         block = static_cast<int>(next - blocks_) - 1;
-        if (offsetIn(block) >= blockSize)
+        if (offsetIn(block) >= BlockSize())
             return false;
         lastOwner_ = block;
     }

@@ -73,10 +73,10 @@ int Zn_ObjList::Replace(int index, void* item, int grow)
 }
 
 // The result of putting an item somewhere: one that found no place and that no caller knows goes.
-int Zn_ObjList::Settle(int index, void* item, const void* callers)
+int Zn_ObjList::Settle(int index, void* placed, const void* given)
 {
-    if (index < 0 && item && item != callers)
-        handler_->Drop(item);
+    if (index < 0 && placed && placed != given)
+        handler_->Drop(placed);
     return index;
 }
 

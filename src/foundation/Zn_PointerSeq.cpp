@@ -34,15 +34,14 @@ void Move(void** to, void** from, int count) noexcept
 struct Zn_PointerSeq::Chunks : Head {
     using Place = zn::PartIndex::Found;
 
-    std::int32_t chunkCount;
+    std::int32_t chunkCount = 0;
     std::int32_t chunkRoom;
     // The chunk last looked up (low half) and the index of its first place: walking along the sequence needs no search.
     std::atomic<std::uint64_t> cursor;
     zn::PartIndex index;
 
     Chunks(int tagOfOwner, int chunksToHold) noexcept
-        : Head{0, -1, tagOfOwner}, chunkCount(0), chunkRoom(chunksToHold), cursor(0),
-          index(Used() + chunksToHold, chunksToHold)
+        : Head{0, -1, tagOfOwner}, chunkRoom(chunksToHold), cursor(0), index(Used() + chunksToHold, chunksToHold)
     {
     }
     void*** Addresses() noexcept { return reinterpret_cast<void***>(this + 1); }
@@ -260,7 +259,10 @@ void Zn_PointerSeq::ToFlat() noexcept
     Zn_PointerSeq flat(head_->tag);
     if (!flat.Reserve(head_->count))
         return;
-    ForEach([&](void* pointer) { flat.Append(pointer); });
+    for (int i = 0; i < head_->count; i = flat.Count()) {
+        const std::span<void*> run = Run(i);
+        flat.InsertFlat(i, run.data(), static_cast<int>(run.size()));
+    }
     Swap(flat);
 }
 

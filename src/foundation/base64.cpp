@@ -43,14 +43,14 @@ void zn::Base64Encode(std::span<const unsigned char> bytes, Char* out) noexcept
     const unsigned char* p = bytes.data();
     std::size_t left = bytes.size();
     for (; left >= 3; left -= 3, p += 3, out += 4) {
-        const std::uint32_t bits = static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
+        const auto bits = static_cast<std::uint32_t>(p[0] << 16 | p[1] << 8 | p[2]);
         out[0] = DigitOf<Char>(bits >> 18);
         out[1] = DigitOf<Char>(bits >> 12);
         out[2] = DigitOf<Char>(bits >> 6);
         out[3] = DigitOf<Char>(bits);
     }
     if (left > 0) {
-        const std::uint32_t bits = static_cast<std::uint32_t>(p[0] << 16 | (left > 1 ? p[1] << 8 : 0));
+        const auto bits = static_cast<std::uint32_t>(p[0] << 16 | (left > 1 ? p[1] << 8 : 0));
         out[0] = DigitOf<Char>(bits >> 18);
         out[1] = DigitOf<Char>(bits >> 12);
         out[2] = left > 1 ? DigitOf<Char>(bits >> 6) : Char('=');
