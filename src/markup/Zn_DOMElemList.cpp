@@ -200,9 +200,10 @@ int Zn_DOMElemList::FindTag(const char16_t* tag, int nth) const noexcept
     const std::u16string_view wanted = tag ? tag : u"";
     if (wanted.empty())
         return -1;
+    int matches = 0;
     for (int i = 0, n = Count(); i < n; ++i) {
         const Zn_DOMElement* item = GetItem(i);
-        if (item && zn_iequal(item->tag.GetView(), wanted) && nth-- <= 0)
+        if (item && zn_iequal(item->tag.GetView(), wanted) && matches++ >= nth)
             return i;
     }
     return -1;

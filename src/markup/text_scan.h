@@ -20,8 +20,8 @@ const char16_t* FindUnit(const char16_t* at, const char16_t* end, Units... units
 #if ZN_SCAN_SSE2
     for (; end - at >= 8; at += 8) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-        const __m128i none = _mm_setzero_si128();
-        const __m128i hits = (none | ... | _mm_cmpeq_epi16(block, _mm_set1_epi16(static_cast<short>(units))));
+        __m128i hits = _mm_setzero_si128();
+        ((hits = _mm_or_si128(hits, _mm_cmpeq_epi16(block, _mm_set1_epi16(static_cast<short>(units))))), ...);
         const auto mask = static_cast<unsigned>(_mm_movemask_epi8(hits));
         if (mask != 0)
             return at + std::countr_zero(mask) / 2;

@@ -55,7 +55,9 @@ TEST(NameValues, RawTextIsGoneBeforeItIsRead)
     EXPECT_EQ(element.MakeVarList(), 1);
     EXPECT_TRUE(element.rawAttributes.IsEmpty());
     EXPECT_EQ(element.attributes.Count(), 0);
-    element.MakeVarList(u"a=1");
+    element.MakeVarList(Zn_WString(u"a='b=1 c=2'"));
+    element.MakeVarList(element.attributes.Str(u"a")); // a text that is replaced on the way
+    EXPECT_EQ(element.attributes.Str(u"c"), u"2");
     element.SetAttrib(u"b=1");
     EXPECT_EQ(element.MakeVarList(), 0);
     EXPECT_EQ(element.rawAttributes, u"b=1");
