@@ -66,7 +66,7 @@ foreach(file IN LISTS library)
         continue()
     endif()
     file(STRINGS ${file} lines REGEX "^[ \t]*#[ \t]*(include|if|elif|ifdef|ifndef)")
-    list(FILTER lines EXCLUDE REGEX "<(sanitizer|ext)/") # the compiler's own
+    list(FILTER lines EXCLUDE REGEX "<((sanitizer|ext)/|[a-z]*intrin[.]h>)") # the compiler's own
     foreach(line IN LISTS lines)
         if(line MATCHES "include[ \t]*<([^>]*[.]h)>" AND NOT layer STREQUAL platform)
             fault("${shown}: <${CMAKE_MATCH_1}> is a system header; only src/platform/ calls the system")
