@@ -7,7 +7,7 @@
 #include "foundation/xml_escape.h"
 
 #include <algorithm>
-#include <charconv>
+#include <iterator>
 
 namespace zn {
 
@@ -32,12 +32,38 @@ bool StandsAlone(unsigned char byte) noexcept
     return byte < 0x30 || (byte >= 0x3A && byte < 0x40);
 }
 
+// Units handed to the platform at once. Few, since what follows a malformed or missing character is handed over
+// once more, and time must stay in step with the text.
+constexpr std::size_t kRun = 128;
+constexpr std::size_t kLongestCharacter = 16; // with its escape sequences
+
 // The bytes up to the next place where a run of ASCII may be told from the inside of a character.
 std::string_view MultiByteRun(std::string_view bytes) noexcept
 {
+    bytes = bytes.substr(0, kRun);
     const auto end =
         std::find_if(bytes.begin(), bytes.end(), [](char ch) { return StandsAlone(static_cast<unsigned char>(ch)); });
     return bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
+}
+
+// The units to hand over: whole characters, and where ascii says so, up to the next one of ASCII.
+std::u16string_view RunOfCharacters(std::u16string_view text, bool ascii) noexcept
+{
+    const std::size_t size = text.size();
+    text = text.substr(0, kRun + (size > kRun && IsHighSurrogate(text[kRun - 1])));
+    const auto end =
+        ascii ? std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; }) : text.end();
+    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
+// Whether the bytes below 0x80 are ASCII outside of a page's multi-byte characters, and never before 0x30
+// or from 0x3A to 0x3F within one. Of the others all bytes go to the platform.
+bool IsBuiltOnAscii(unsigned codePage) noexcept
+{
+    constexpr unsigned kSingle[] = {10000, 20866, 20932, 20936, 21866, 51932, 51936, 51949, 54936};
+    return (codePage >= 437 && codePage <= 950 && codePage != 500 && codePage != 864) ||
+           (codePage >= 1250 && codePage <= 1258) || (codePage >= 28592 && codePage <= 28606) ||
+           std::find(std::begin(kSingle), std::end(kSingle), codePage) != std::end(kSingle);
 }
 
 // How much of malformed multi-byte text one U+FFFD stands for: a lead byte takes a second byte with
@@ -114,17 +140,12 @@ PageKind KindOfPage(unsigned codePage) noexcept
         return PageKind::Utf16Le;
     case kUtf16Be:
         return PageKind::Utf16Be;
-    case 37: // EBCDIC
-    case 500:
-    case 1361: // Johab has ASCII bytes that other pages only use alone
-    case 65000:
-        return PageKind::PlatformOther;
     default:
         break;
     }
-    if (codePage >= 50220 && codePage <= 50229) // shift states
-        return PageKind::PlatformOther;
-    return IsOwnSingleByte(codePage) ? PageKind::SingleByte : PageKind::PlatformAscii;
+    if (IsOwnSingleByte(codePage))
+        return PageKind::SingleByte;
+    return IsBuiltOnAscii(codePage) ? PageKind::PlatformAscii : PageKind::PlatformOther;
 }
 
 // ---- decoding ----------------------------------------------------------------------------------
@@ -172,13 +193,14 @@ std::size_t TextDecoder::NextOfPlatform(std::string_view& bytes, char16_t* out, 
             bytes.remove_prefix(run);
             put += run;
         }
-        const std::string_view run = ascii ? MultiByteRun(bytes) : bytes;
+        const std::string_view run = ascii ? MultiByteRun(bytes) : bytes.substr(0, kRun);
         const ConvertResult done = converter_->Decode(run, out + put, room - put);
         bytes.remove_prefix(done.read);
         put += done.written;
-        if (done.stop == ConvertStop::NoRoom)
+        if (done.stop == ConvertStop::NoRoom || put == room)
             break;
-        if (done.stop == ConvertStop::BadInput && put < room) {
+        const bool cut = done.read > 0 && run.size() == kRun && run.size() - done.read < kLongestCharacter;
+        if (done.stop == ConvertStop::BadInput && !cut && done.read < run.size()) {
             bytes.remove_prefix(MalformedLength(run.substr(done.read)));
             out[put++] = kReplacement;
         }
@@ -244,15 +266,13 @@ std::size_t TextEncoder::NextOfPlatform(std::u16string_view& text, char* out, st
 {
     std::size_t put = 0;
     while (!text.empty() && put + 32 <= room) {
-        std::u16string_view run = text;
-        if (kind_ == PageKind::PlatformAscii) {
+        const bool ascii = kind_ == PageKind::PlatformAscii;
+        if (ascii) {
             const std::size_t count = CopyAscii(text, out + put, room - put);
             text.remove_prefix(count);
             put += count;
-            const auto end = std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
-            run = text.substr(0, static_cast<std::size_t>(end - text.begin()));
         }
-        const ConvertResult done = converter_->Encode(run, out + put, room - put);
+        const ConvertResult done = converter_->Encode(RunOfCharacters(text, ascii), out + put, room - put);
         text.remove_prefix(done.read);
         put += done.written;
         if (done.stop == ConvertStop::NoRoom || put + 32 > room)
@@ -275,7 +295,7 @@ std::size_t TextEncoder::PutMissing(std::u16string_view& text, char* out, std::s
     else
         substitute[0] = kind_ == PageKind::Utf8 ? kReplacement : u'?';
     const std::u16string_view view(substitute, length);
-    if (converter_)
+    if (kind_ == PageKind::PlatformOther)
         return converter_->Encode(view, out, room).written;
     return kind_ == PageKind::Utf8 ? EncodeUtf8(view, out, room).written : CopyAscii(view, out, room);
 }

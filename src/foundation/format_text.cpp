@@ -160,21 +160,12 @@ public:
             format.remove_prefix(1);
             rest_ = format;
             Spec spec = ReadSpec();
-            if (Convert(spec))
+            if (Convert(spec)) // of an unknown one only the '%' is dropped
                 format = rest_;
-            else
-                format = PutUnknown(format);
         }
     }
 
 private:
-    // The '%' is dropped and the character behind it printed, even where it is one more '%'.
-    View PutUnknown(View format)
-    {
-        Append(out_, format.substr(0, 1));
-        return format.substr(1);
-    }
-
     bool Take(char ch) noexcept
     {
         if (rest_.empty() || rest_[0] != Char(ch))

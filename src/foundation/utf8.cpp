@@ -70,6 +70,12 @@ Sequence ReadSequence(const unsigned char* at, std::size_t left) noexcept
     return {code, length};
 }
 
+// Three bytes of a character whose lead byte asks for no narrower range of the second.
+bool IsPlainTriple(const unsigned char* at) noexcept
+{
+    return at[0] > 0xE0 && at[0] < 0xF0 && at[0] != 0xED && (at[1] & 0xC0) == 0x80 && (at[2] & 0xC0) == 0x80;
+}
+
 char* PutSequence(char32_t code, char* out) noexcept
 {
     if (code < 0x800) {
@@ -127,6 +133,11 @@ Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room) no
             put += run;
             continue;
         }
+        // Most text beyond ASCII has runs of three bytes each: those that need no closer look are taken here.
+        for (; at + 3 <= bytes.size() && put + 2 <= room && IsPlainTriple(in + at); at += 3)
+            out[put++] = static_cast<char16_t>((in[at] & 0x0F) << 12 | (in[at + 1] & 0x3F) << 6 | (in[at + 2] & 0x3F));
+        if (put + 2 > room || at == bytes.size() || in[at] < 0x80)
+            continue;
         const Sequence next = ReadSequence(in + at, bytes.size() - at);
         at += next.length;
         put += PutCodePoint(next.code, out + put);
@@ -138,11 +149,11 @@ Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room) noex
 {
     std::size_t at = 0;
     char* put = out;
-    char* const last = out + room - std::min<std::size_t>(room, 4);
-    while (at < text.size() && put <= last) {
+    char* const end = out + room;
+    while (at < text.size() && end - put >= 4) {
         const char16_t unit = text[at];
         if (unit < 0x80) {
-            const std::size_t run = CopyAscii(text.substr(at), put, room - static_cast<std::size_t>(put - out));
+            const std::size_t run = CopyAscii(text.substr(at), put, static_cast<std::size_t>(end - put));
             at += run;
             put += run;
         } else if (!IsSurrogate(unit)) {

@@ -102,6 +102,8 @@ TEST(CodePage, ReadsAndWrites)
         {54936, "\x81\x30\x81\x31 \x94\x39\xDA\x33"sv, u"\u0081 \U0001F4A9"sv},
         {1251, "\xCC\xE8\xF0 ok"sv, u"\u041C\u0438\u0440 ok"sv},
         {50220, "a\x1B$BF|\x1B(Bb"sv, u"a\u65E5b"sv}, // shift states
+        {500, "\xC8\x85\x93\x93\x96"sv, u"Hello"sv},  // no ASCII at all
+        {20932, "\xC6\xFC\xCB\xDC\x8E\xB1!"sv, u"\u65E5\u672C\uFF71!"sv},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.codePage);
@@ -109,8 +111,8 @@ TEST(CodePage, ReadsAndWrites)
         EXPECT_EQ(Encode(row.text, row.codePage), row.bytes);
         // Long enough for several blocks, and at every offset from their borders.
         for (std::size_t shift = 0; shift < 8; ++shift) {
-            std::string bytes(2 * shift, row.codePage == 1201 ? '\0' : ' ');
-            std::u16string text = Decode(bytes, row.codePage);
+            std::u16string text(2 * shift, u' ');
+            std::string bytes = Encode(text, row.codePage);
             for (int i = 0; i < 700; ++i) {
                 bytes += row.bytes;
                 text += row.text;
@@ -170,6 +172,18 @@ TEST(CodePage, MissingCharactersAreReplacedOrReferred)
     const std::u16string many(5000, u'\xD800');
     EXPECT_EQ(Encode(many, 1252).size(), 5000u);
     EXPECT_EQ(Encode(many, 65001, zn::Missing::XmlReference).size(), 5000u * 8);
+}
+
+TEST(CodePage, HostileTextTakesLinearTime)
+{
+    const std::string bad(400000, '\xFF');
+    const std::string unbroken = "\xC7" + std::string(400000, '\xD1'); // one run without a blank, out of step
+    const std::u16string missing(400000, u'\uFFFC');
+    for (const unsigned codePage : {949u, 50220u}) {
+        EXPECT_LE(Decode(bad, codePage).size(), bad.size()) << codePage;
+        EXPECT_LE(Decode(unbroken, codePage).size(), unbroken.size()) << codePage;
+        EXPECT_GE(Encode(missing, codePage, zn::Missing::XmlReference).size(), missing.size()) << codePage;
+    }
 }
 
 TEST(CodePage, CountsAreExactForWellFormedUtf8)
