@@ -44,7 +44,7 @@ TEST(CharsetDeclaration, NameOfTheEncoding)
         int result;
         std::string_view name;
     } rows[] = {
-        {"<?xml version=\"1.0\" encoding=\"utf-8\"?><a/>", 1, "utf-8"},
+        {R"(<?xml version="1.0" encoding="utf-8"?><a/>)", 1, "utf-8"},
         {"<?xml encoding = \r\n 'euc-kr' standalone='no'?>", 1, "euc-kr"},
         {R"(<?xml encoding='a" b'?>)", 1, "a"},
         {"<?xml encoding=utf-8?>", 1, "utf-8"},
