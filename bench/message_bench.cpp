@@ -1,0 +1,273 @@
+// Messages in both encodings against pugixml and msgpack on the same table, and what a loaded table takes of memory.
+
+#include "Zn_Stream.h"
+#include "pairs.h"
+#include "sample_table.h"
+
+#include <cstring>
+#include <iostream>
+
+#include <malloc.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#if ZN_WITH_PUGIXML
+#  include <pugixml.hpp>
+#endif
+#if ZN_WITH_MSGPACK
+#  include <msgpack.hpp>
+#endif
+
+namespace {
+
+constexpr int kRows = 100000;
+constexpr double kCells = double(kRows) * kSampleColumns;
+
+// What the peers fill: as large as a variant.
+struct Cell {
+    std::int64_t kind;
+    union {
+        std::int64_t integer;
+        double decimal;
+        const char* text;
+    };
+    std::size_t length;
+};
+static_assert(sizeof(Cell) == 24);
+
+struct Samples {
+    std::vector<SampleRow> sample = MakeSample(kRows);
+    Zn_VariableList params;
+    Zn_DatasetList tables;
+    Zn_Buffer xml;
+    Zn_Buffer binary;
+
+    Samples()
+    {
+        Zn_Dataset table(u"sample", 65001);
+        AddSampleColumns(table);
+        FillTable(table, Widen(sample));
+        tables.AddDataset(u"sample", &table);
+        ZnXmlStreamSave(params, tables, xml, 65001, nullptr, 0);
+        ZnBinStreamSave(params, tables, binary, 0);
+    }
+};
+
+void LoadXml(const Zn_Buffer& xml)
+{
+    Zn_VariableList params;
+    Zn_DatasetList tables;
+    unsigned codePage = 0;
+    ZnXmlStreamLoad(params, tables, xml, codePage);
+    Require(tables[0]->GetRowCount() == kRows, "rows of the XML message");
+    benchmark::DoNotOptimize(tables);
+}
+
+void LoadBinary(const Zn_Buffer& binary)
+{
+    Zn_VariableList params;
+    Zn_DatasetList tables;
+    ZnBinStreamLoad(params, tables, binary);
+    Require(tables[0]->GetRowCount() == kRows, "rows of the binary message");
+    benchmark::DoNotOptimize(tables);
+}
+
+#if ZN_WITH_PUGIXML
+void PugixmlLoad(const Zn_Buffer& xml)
+{
+    pugi::xml_document document;
+    document.load_buffer(xml.GetData(), static_cast<std::size_t>(xml.GetLength()), pugi::parse_default,
+                         pugi::encoding_utf8);
+    std::vector<Cell> cells;
+    for (pugi::xml_node record : document.child("root").child("dataset").children("record")) {
+        for (pugi::xml_node field : record.children()) {
+            const char* name = field.name();
+            Cell cell{};
+            const pugi::xml_text text = field.text();
+            if (std::strcmp(name, "id") == 0 || std::strcmp(name, "quantity") == 0)
+                cell.integer = text.as_int();
+            else if (std::strcmp(name, "price") == 0 || std::strcmp(name, "weight") == 0)
+                cell.decimal = text.as_double();
+            else
+                cell.length = std::strlen(cell.text = text.get());
+            cells.push_back(cell);
+        }
+    }
+    Require(cells.size() == std::size_t(kCells), "cells of pugixml");
+}
+
+void PugixmlSave(const std::vector<SampleRow>& sample)
+{
+    pugi::xml_document document;
+    pugi::xml_node dataset = document.append_child("root").append_child("dataset");
+    const auto add = [](pugi::xml_node record, const char* name, auto value) {
+        record.append_child(name).append_child(pugi::node_pcdata).text().set(value);
+    };
+    for (const SampleRow& row : sample) {
+        pugi::xml_node record = dataset.append_child("record");
+        add(record, "address", row.address.c_str());
+        add(record, "country", row.country.c_str());
+        add(record, "date", row.date.c_str());
+        add(record, "id", row.id);
+        add(record, "name", row.name.c_str());
+        add(record, "price", row.price);
+        add(record, "quantity", row.quantity);
+        add(record, "weight", row.weight);
+    }
+    struct Writer : pugi::xml_writer {
+        std::string out;
+        void write(const void* data, std::size_t size) override { out.append(static_cast<const char*>(data), size); }
+    } writer;
+    document.save(writer, "\t", pugi::format_default, pugi::encoding_utf8);
+    Require(writer.out.size() > 10000000, "document of pugixml");
+}
+#endif
+
+#if ZN_WITH_MSGPACK
+void MsgpackEncode(const std::vector<SampleRow>& sample, msgpack::sbuffer& out)
+{
+    msgpack::packer<msgpack::sbuffer> packer(out);
+    packer.pack_array(static_cast<std::uint32_t>(sample.size()));
+    for (const SampleRow& row : sample) {
+        packer.pack_array(kSampleColumns);
+        packer.pack(row.address);
+        packer.pack(row.country);
+        packer.pack(row.date);
+        packer.pack(row.id);
+        packer.pack(row.name);
+        packer.pack(row.price);
+        packer.pack(row.quantity);
+        packer.pack(row.weight);
+    }
+}
+
+struct CellVisitor : msgpack::null_visitor {
+    std::vector<Cell> cells;
+    bool visit_positive_integer(std::uint64_t value)
+    {
+        Cell cell{};
+        cell.integer = static_cast<std::int64_t>(value);
+        cells.push_back(cell);
+        return true;
+    }
+    bool visit_float64(double value)
+    {
+        Cell cell{};
+        cell.decimal = value;
+        cells.push_back(cell);
+        return true;
+    }
+    bool visit_str(const char* text, std::uint32_t size)
+    {
+        Cell cell{};
+        cell.text = text;
+        cell.length = size;
+        cells.push_back(cell);
+        return true;
+    }
+};
+
+void MsgpackDecode(const msgpack::sbuffer& packed)
+{
+    CellVisitor visitor;
+    std::size_t offset = 0;
+    msgpack::parse(packed.data(), packed.size(), offset, visitor);
+    Require(visitor.cells.size() == std::size_t(kCells), "cells of msgpack");
+}
+#endif
+
+// Peak memory in MB of a process of its own that does the work.
+template <class Work>
+double PeakOf(Work work)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        work();
+        _exit(0);
+    }
+    rusage usage{};
+    int status = 0;
+    wait4(child, &status, 0, &usage);
+    return double(usage.ru_maxrss) / 1024;
+}
+
+void ReportMemory()
+{
+    char path[] = "message_bench_XXXXXX";
+    const int file = mkstemp(path);
+    // Made in a process of its own, so that nothing of it is counted below.
+    PeakOf([&] {
+        const Samples samples;
+        if (write(file, samples.xml.GetData(), static_cast<std::size_t>(samples.xml.GetLength())) < 0)
+            _exit(1);
+    });
+    const double peak = PeakOf([&] {
+        Zn_Buffer xml;
+        const auto length = static_cast<int>(lseek(file, 0, SEEK_END));
+        if (pread(file, xml.GetSafeBuffer(length), static_cast<std::size_t>(length), 0) != length)
+            _exit(1);
+        LoadXml(xml);
+        Zn_VariableList params;
+        Zn_DatasetList tables;
+        unsigned codePage = 0;
+        const std::size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
+        ZnXmlStreamLoad(params, tables, xml, codePage);
+        const std::size_t after = mallinfo2().uordblks + mallinfo2().hblkhd;
+        double text = 0;
+        for (int row = 0; row < kRows; ++row) {
+            for (int col = 0; col < kSampleColumns; ++col)
+                text += 2.0 * tables[0]->GetColumn(row, col)->GetConstStr()->GetLength();
+        }
+        // The pools keep the blocks of the first load, so a third one is not needed to see what a table takes.
+        std::printf("XML message %.1f MB; text of the cells %.1f MB (UTF-16)\n", length / 1e6, text / 1e6);
+        std::printf("heap growth of a loaded table: %.1f MB\n", double(after - before) / 1e6);
+    });
+    close(file);
+    unlink(path);
+    std::printf("peak memory of loading it: %.0f MB\n", peak);
+}
+
+}
+
+int main(int argc, char** argv)
+{
+    ReportMemory();
+    std::fflush(stdout);
+    Samples samples;
+    Pairs pairs;
+    const Pairs::Work xmlWork{kCells, double(samples.xml.GetLength())};
+    const Pairs::Work binaryWork{kCells, double(samples.binary.GetLength())};
+    std::function<void()> pugixmlLoad, pugixmlSave, msgpackEncode, msgpackDecode;
+#if ZN_WITH_PUGIXML
+    pugixmlLoad = [&] { PugixmlLoad(samples.xml); };
+    pugixmlSave = [&] { PugixmlSave(samples.sample); };
+#endif
+#if ZN_WITH_MSGPACK
+    msgpack::sbuffer packed;
+    MsgpackEncode(samples.sample, packed);
+    msgpackEncode = [&] {
+        msgpack::sbuffer out;
+        MsgpackEncode(samples.sample, out);
+        Require(out.size() == packed.size(), "length of msgpack");
+    };
+    msgpackDecode = [&] { MsgpackDecode(packed); };
+#endif
+    pairs.Add("XML message to tables", xmlWork, [&] { LoadXml(samples.xml); }, pugixmlLoad, "pugixml");
+    pairs.Add("tables to XML message", xmlWork,
+              [&] {
+                  Zn_Buffer out;
+                  ZnXmlStreamSave(samples.params, samples.tables, out, 65001, nullptr, 0);
+                  Require(out == samples.xml, "bytes of the XML message");
+              },
+              pugixmlSave, "pugixml");
+    pairs.Add("tables to binary message", binaryWork,
+              [&] {
+                  Zn_Buffer out;
+                  ZnBinStreamSave(samples.params, samples.tables, out, 0);
+                  Require(out == samples.binary, "bytes of the binary message");
+              },
+              msgpackEncode, "msgpack");
+    pairs.Add("binary message to tables", binaryWork, [&] { LoadBinary(samples.binary); }, msgpackDecode, "msgpack");
+    return pairs.Run(argc, argv);
+}
