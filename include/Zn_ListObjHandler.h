@@ -28,15 +28,19 @@ public:
     Zn_ObjBufPool& GetPool() noexcept { return pool_; }
     // A default item of count 0, for a list to take over by link; null when memory runs out.
     void* NewItem();
+    // Up to count of them, for what it costs to make one and a little; returns how many it got.
+    int NewItems(void** items, int count);
     void* NewCopy(const void* source);
     // Counts one more holder.
     static void Hold(void* item) noexcept { Zn_ObjBufData::FromItem(item)->AddRef(); }
     // Counts one holder less and destroys the item with the last one. For an item that no list took, call it too.
     // Items that hold items, and so on down, need no deep stack: the deep ones go after those that held them.
     void Drop(void* item);
+    // The same for several; null is passed over. What stands in items afterwards is undefined.
+    void DropItems(void** items, int count);
 
 private:
-    void Destroy(void* item);
+    void Destroy(void** items, int count);
 
     Zn_ObjBufPool pool_;
 };

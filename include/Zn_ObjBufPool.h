@@ -42,6 +42,7 @@ public:
     int Alloc(void** items, int count) noexcept;
     // Null does nothing. With the last item of all, the pool gives its memory back but for one block.
     void Free(void* item) noexcept;
+    void Free(void* const* items, int count) noexcept;
     // Whether an address is an item of this pool (handed out or not).
     bool Owns(const void* item) const noexcept;
 
@@ -59,6 +60,7 @@ private:
     struct FreeItem;
     class Guard;
     void* Take() noexcept;
+    void PutBack(void* item) noexcept;
     bool Grow() noexcept;
     void Shrink() noexcept;
     void OpenBlock(unsigned char* block) noexcept;

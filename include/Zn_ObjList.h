@@ -68,6 +68,9 @@ protected:
     // Add at the end whatever the option says.
     int AppendItem(const void* item);
     int AppendItemLink(void* item);
+    // Adds new items of count 0 (null: absent places) at the end, which the list takes over; 0, and they stay the
+    // caller's, when it can't.
+    int AppendNew(void* const* items, int count);
     int AppendItems(const Zn_ObjList& other);
     // Takes the place out without giving up its item's count; the caller owns that count now.
     void* Detach(int index) noexcept;

@@ -8,6 +8,9 @@
 #include "Zn_Buffer.h"
 #include "Zn_VariantList.h"
 
+namespace zn {
+class ByteWriter;
+}
 class Zn_OriginalIndex;
 
 class ZN_API Zn_Record : public Zn_VariantList {
@@ -34,6 +37,9 @@ public:
     Zn_Variant* GetSafeItem(int idx) { return Zn_VariantList::GetSafeItem(idx, 1); }
     // The same, but the places before it become absent ones.
     Zn_Variant* MakeSlot(int idx);
+    // Adds values at the end that are made by NewItem (null: absent places) and become the record's; 0, and they stay
+    // the caller's, when it can't.
+    int AppendValues(Zn_Variant* const* values, int count);
 
     int GetType() const noexcept { return static_cast<int>(flags_ & 0xFF); }
     void SetType(int type) noexcept { flags_ = (flags_ & 0xFF00) | static_cast<std::uint32_t>(type); }
@@ -54,6 +60,8 @@ public:
 
     // Appends the binary form and returns the end offset; type replaces the flags unless it is -1.
     int Save(Zn_Buffer& out, int type, unsigned codePage) const;
+    // Writes it where an encoder of the library writes its own.
+    void SaveTo(zn::ByteWriter& out, int type) const;
     // Reads it at offset; returns the offset behind it. Data cut short gives the buffer's length; a value that
     // can't be read clears the record and gives its negative result.
     int Load(const Zn_Buffer& in, int offset, unsigned codePage);
@@ -86,6 +94,8 @@ public:
     using Base = Zn_TypedList<Zn_Record, Zn_RecordHandler>;
     using Base::Base;
 
+    // Adds a record that NewItem made, without looking whether it is one; its index, -1 when there is no memory.
+    int AddNew(Zn_Record* record);
     // Makes an absent place at idx in every record that has more than idx values.
     void InsertColumn(int idx);
     // Deletes every record of a row type in one walk; returns how many.

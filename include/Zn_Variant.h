@@ -28,6 +28,9 @@
 #include <cstring>
 #include <new>
 
+namespace zn {
+class ByteWriter;
+}
 class Zn_VariantList;
 class Zn_VarObject;
 class Zn_VarObjectBase;
@@ -253,6 +256,8 @@ public:
 
     // The binary record (docs/formats/variant-record.md). Save appends it and returns the buffer's new length.
     int Save(Zn_Buffer& buffer, unsigned codePage) const;
+    // Writes the record where an encoder of the library writes its own.
+    void SaveTo(zn::ByteWriter& out) const;
     // Reads a record at an offset and returns the offset behind it; -1 when it does not fit, the variant being empty
     // then but for the record's type code. Callers rely on a record that ends the buffer with its type being refused.
     int Load(const Zn_Buffer& buffer, int offset, unsigned codePage);

@@ -2,8 +2,7 @@
 
 #include "Zn_AString.h"
 #include "dataset/column_order.h"
-#include "foundation/byteorder.h"
-#include "foundation/counted_text.h"
+#include "foundation/byte_writer.h"
 
 #include <iterator>
 
@@ -135,19 +134,23 @@ const char16_t* Zn_ColList::GetTypeStr(int code) noexcept
 
 int Zn_ColList::Save(Zn_Buffer& out, unsigned codePage) const
 {
-    zn::AppendBe16(out, kMarker);
-    zn::AppendBe16(out, kVersion);
-    zn::AppendBe16(out, static_cast<std::uint16_t>(Count()));
+    zn::ByteWriter writer(out, codePage);
+    writer.Put16(kMarker);
+    writer.Put16(kVersion);
+    writer.Put16(static_cast<std::uint16_t>(Count()));
+    static const Zn_ColInfo missing = [] {
+        Zn_ColInfo column;
+        column.type = 0;
+        return column;
+    }();
     for (const Zn_ColInfo* column : zn::ColumnsInDefinitionOrder(*this)) {
-        if (!column) {
-            out.AddSize(6);
-            continue;
-        }
-        zn::AppendCountedText(out, column->id, codePage);
-        zn::AppendBe16(out, static_cast<std::uint16_t>(column->type));
-        zn::AppendBe16(out, static_cast<std::uint16_t>(column->size));
+        if (!column)
+            column = &missing;
+        writer.PutText(column->id);
+        writer.Put16(static_cast<std::uint16_t>(column->type));
+        writer.Put16(static_cast<std::uint16_t>(column->size));
     }
-    return out.GetLength();
+    return writer.Finish();
 }
 
 int Zn_ColList::Load(const Zn_Buffer& in, int offset, unsigned codePage)

@@ -1,7 +1,10 @@
 #include "Zn_Record.h"
 
 #include "dataset/original_index.h"
-#include "foundation/byteorder.h"
+#include "foundation/byte_writer.h"
+
+#include <algorithm>
+#include <iterator>
 
 Zn_RecordHandler& Zn_RecordHandler::Instance()
 {
@@ -83,25 +86,60 @@ int Zn_Record::SetColumn(int idx, const Zn_Variant* value)
     return idx;
 }
 
-namespace {
+int Zn_Record::AppendValues(Zn_Variant* const* values, int count)
+{
+    return AppendNew(reinterpret_cast<void* const*>(values), count);
+}
 
-constexpr int kHeadSize = 6;
-
+void Zn_Record::SaveTo(zn::ByteWriter& out, int type) const
+{
+    const int count = Count();
+    out.Put16(static_cast<std::uint16_t>(count));
+    out.Put16(static_cast<std::uint16_t>(type != -1 ? static_cast<std::uint32_t>(type) : flags_));
+    out.Put16(static_cast<std::uint16_t>(GetOrgIdx()));
+    for (int i = 0; i < count; ++i)
+        GetItemNN(i)->SaveTo(out);
 }
 
 int Zn_Record::Save(Zn_Buffer& out, int type, unsigned codePage) const
 {
-    const int count = Count();
-    const int head = out.AddSize(kHeadSize);
-    if (head < 0)
-        return out.GetLength();
-    unsigned char* bytes = out.GetSafeBuffer(head + kHeadSize) + head;
-    zn::PutBe16(bytes, static_cast<std::uint16_t>(count));
-    zn::PutBe16(bytes + 2, static_cast<std::uint16_t>(type != -1 ? static_cast<std::uint32_t>(type) : flags_));
-    zn::PutBe16(bytes + 4, static_cast<std::uint16_t>(GetOrgIdx()));
-    for (int i = 0; i < count; ++i)
-        GetItemNN(i)->Save(out, codePage);
-    return out.GetLength();
+    zn::ByteWriter writer(out, codePage);
+    SaveTo(writer, type);
+    return writer.Finish();
+}
+
+namespace {
+
+constexpr int kHeadSize = 6;
+
+// New values for a record that is being read: made several at a time, the unused ones given back.
+class ValueStock {
+public:
+    ValueStock() noexcept : handler_(Zn_VariantHandler::Instance()) {}
+    ~ValueStock() { handler_.DropItems(items_ + next_, count_ - next_); }
+    ValueStock(const ValueStock&) = delete;
+    ValueStock& operator=(const ValueStock&) = delete;
+
+    // At most `wanted` more will be taken. Null when memory runs out.
+    Zn_Variant* Take(int wanted)
+    {
+        if (next_ == count_) {
+            next_ = 0;
+            count_ = handler_.NewItems(items_, std::clamp(wanted, 1, kMost));
+            if (count_ == 0)
+                return nullptr;
+        }
+        return static_cast<Zn_Variant*>(items_[next_++]);
+    }
+
+private:
+    static constexpr int kMost = 32;
+    Zn_VariantHandler& handler_;
+    void* items_[kMost];
+    int next_ = 0;
+    int count_ = 0;
+};
+
 }
 
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
@@ -114,29 +152,50 @@ int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
     flags_ = zn::GetBe16(data + offset + 2);
     SetOrgIdx(static_cast<std::int16_t>(zn::GetBe16(data + offset + 4)));
     offset += kHeadSize;
+    ReleaseList();
     // A count that the data can't hold must not take memory for itself: every value has two bytes at least.
-    AllocItems(count < (length - offset) / 2 ? count : (length - offset) / 2);
-    for (int k = 0; k < count; ++k) {
-        if (length - offset < 2)
-            return length;
-        const std::uint16_t type = zn::GetBe16(data + offset);
-        offset += 2;
+    const int likely = std::min(count, (length - offset) / 2);
+    AllocItems(likely);
+    ValueStock stock;
+    Zn_Variant* values[32];
+    int pending = 0;
+    const auto flush = [&] {
+        const bool taken = pending == 0 || AppendValues(values, pending) > 0;
+        if (!taken)
+            Zn_VariantHandler::Instance().DropItems(reinterpret_cast<void**>(values), pending);
+        pending = 0;
+        return taken;
+    };
+    int end = offset;
+    for (int k = 0; k < count && end >= 0; ++k) {
+        if (length - end < 2 || (pending == static_cast<int>(std::size(values)) && !flush())) {
+            end = length;
+            break;
+        }
+        const std::uint16_t type = zn::GetBe16(data + end);
+        end += 2;
         if (type == 0) {
-            if (k >= Count())
-                InsertAbsent(Count(), 1);
+            values[pending++] = nullptr;
             continue;
         }
-        if (offset >= length)
-            return length;
-        Zn_Variant* value = MakeSlot(k);
-        const int next = value ? value->Load(static_cast<short>(type), in, offset, codePage) : -1;
-        if (next < 0) {
-            Clear();
-            return next;
-        }
-        offset = next;
+        if (end >= length)
+            break;
+        Zn_Variant* value = stock.Take(likely - k);
+        values[pending++] = value;
+        end = value ? value->Load(static_cast<short>(type), in, end, codePage) : -1;
     }
-    return offset;
+    if (!flush() || end < 0)
+        Clear();
+    return end;
+}
+
+int Zn_RecList::AddNew(Zn_Record* record)
+{
+    void* item = record;
+    if (AppendNew(&item, 1) > 0)
+        return Count() - 1;
+    GetHandler()->Drop(record);
+    return -1;
 }
 
 void Zn_RecList::InsertColumn(int idx)

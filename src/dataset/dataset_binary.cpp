@@ -3,8 +3,7 @@
 #include "Zn_Dataset.h"
 
 #include "dataset/original_index.h"
-#include "foundation/byteorder.h"
-#include "foundation/counted_text.h"
+#include "foundation/byte_writer.h"
 
 #include <algorithm>
 #include <vector>
@@ -34,10 +33,12 @@ int Zn_Dataset::Save(Zn_Buffer& out, int mode) const
 
 int Zn_Dataset::SaveHead(Zn_Buffer& out) const
 {
-    zn::AppendBe16(out, kMarker);
-    zn::AppendBe16(out, kVersion);
-    zn::AppendBe32(out, codePage_);
-    zn::AppendCountedText(out, id_, codePage_);
+    zn::ByteWriter writer(out, codePage_);
+    writer.Put16(kMarker);
+    writer.Put16(kVersion);
+    writer.Put32(codePage_);
+    writer.PutText(id_);
+    writer.Finish();
     constColumns_.Save(out, codePage_);
     return columns_.Save(out, kColumnsCodePage);
 }
@@ -48,16 +49,17 @@ int Zn_Dataset::SaveData(Zn_Buffer& out, int mode) const
     const int count = mode == 2 ? GetUpdateRowCount() : rows_.Count();
     if (count == 0)
         return out.GetLength();
-    zn::AppendBe32(out, static_cast<std::uint32_t>(count));
+    zn::ByteWriter writer(out, codePage_);
+    writer.Put32(static_cast<std::uint32_t>(count));
     for (const Zn_Record& row : rows_) {
         if (mode == 2 && !IsChanged(row))
             continue;
-        row.Save(out, withChanges ? row.GetType() : static_cast<int>(Zn_Record::Normal), codePage_);
+        row.SaveTo(writer, withChanges ? row.GetType() : static_cast<int>(Zn_Record::Normal));
         // A reader expects an original behind every updated row, so one that is missing is written as an empty record.
         if (withChanges && row.GetType() == Zn_Record::Updated)
-            orgBuffer_.GetItemNN(row.GetOrgIdx())->Save(out, Zn_Record::Updated, codePage_);
+            orgBuffer_.GetItemNN(row.GetOrgIdx())->SaveTo(writer, Zn_Record::Updated);
     }
-    return out.GetLength();
+    return writer.Finish();
 }
 
 int Zn_Dataset::SaveDeleteData(Zn_Buffer& out) const
@@ -65,12 +67,13 @@ int Zn_Dataset::SaveDeleteData(Zn_Buffer& out) const
     const int count = GetDelRowCount();
     if (count == 0)
         return out.GetLength();
-    zn::AppendBe32(out, static_cast<std::uint32_t>(count));
+    zn::ByteWriter writer(out, codePage_);
+    writer.Put32(static_cast<std::uint32_t>(count));
     for (const Zn_Record& row : orgBuffer_) {
         if (row.GetType() == Zn_Record::Deleted)
-            row.Save(out, Zn_Record::Deleted, codePage_);
+            row.SaveTo(writer, Zn_Record::Deleted);
     }
-    return out.GetLength();
+    return writer.Finish();
 }
 
 int Zn_Dataset::SaveNext(Zn_Buffer& out, int start, int count) const
@@ -79,10 +82,11 @@ int Zn_Dataset::SaveNext(Zn_Buffer& out, int start, int count) const
     if (start < 0 || start >= rowCount || count == 0)
         return out.GetLength();
     const int rest = rowCount - start;
-    zn::AppendBe32(out, static_cast<std::uint32_t>(count > 0 ? std::min(count, rest) : rest));
+    zn::ByteWriter writer(out, codePage_);
+    writer.Put32(static_cast<std::uint32_t>(count > 0 ? std::min(count, rest) : rest));
     for (int i = start; i < rowCount; ++i)
-        rows_.GetItemNN(i)->Save(out, Zn_Record::Normal, codePage_);
-    return out.GetLength();
+        rows_.GetItemNN(i)->SaveTo(writer, Zn_Record::Normal);
+    return writer.Finish();
 }
 
 int Zn_Dataset::Load(const Zn_Buffer& in, int offset)
@@ -146,7 +150,7 @@ int Zn_Dataset::LoadData(const Zn_Buffer& in, int offset, int& count)
     offset += 4;
     for (int i = 0; i < count && offset < length; ++i) {
         Zn_Record* row = rows_.NewItem();
-        const int rawRow = row ? rows_.AddLink(row) : -1;
+        const int rawRow = row ? rows_.AddNew(row) : -1;
         if (rawRow < 0)
             return 0;
         offset = row->Load(in, offset, codePage_);
@@ -171,7 +175,7 @@ int Zn_Dataset::LoadData(const Zn_Buffer& in, int offset, int& count)
 int Zn_Dataset::LoadOriginal(const Zn_Buffer& in, int offset, Zn_Record& row, int rawRow)
 {
     Zn_Record* original = orgBuffer_.NewItem();
-    const int place = original ? orgBuffer_.AddLink(original) : -1;
+    const int place = original ? orgBuffer_.AddNew(original) : -1;
     if (place < 0)
         return 0;
     offset = original->Load(in, offset, codePage_);

@@ -70,6 +70,18 @@ void* Zn_ListObjHandler::NewItem()
     return item;
 }
 
+int Zn_ListObjHandler::NewItems(void** items, int count)
+{
+    const int allocated = pool_.Alloc(items, count);
+    for (int i = 0; i < allocated; ++i) {
+        if (_InitItem(items[i]))
+            continue;
+        pool_.Free(items + i, allocated - i);
+        return i;
+    }
+    return allocated;
+}
+
 void* Zn_ListObjHandler::NewCopy(const void* source)
 {
     void* item = NewItem();
@@ -78,24 +90,36 @@ void* Zn_ListObjHandler::NewCopy(const void* source)
     return item;
 }
 
-void Zn_ListObjHandler::Destroy(void* item)
+void Zn_ListObjHandler::Destroy(void** items, int count)
 {
-    _FreeItem(item);
-    pool_.Free(item);
+    for (int i = 0; i < count; ++i)
+        _FreeItem(items[i]);
+    pool_.Free(items, count);
 }
 
 void Zn_ListObjHandler::Drop(void* item)
 {
-    if (Zn_ObjBufData::FromItem(item)->Release() > 0)
-        return;
+    DropItems(&item, 1);
+}
+
+void Zn_ListObjHandler::DropItems(void** items, int count)
+{
     Waitlist& waiting = waitlist;
-    if (waiting.depth >= kDeepest && waiting.Push(this, item))
+    int dead = 0;
+    for (int i = 0; i < count; ++i) {
+        void* item = items[i];
+        if (!item || Zn_ObjBufData::FromItem(item)->Release() > 0)
+            continue;
+        if (waiting.depth < kDeepest || !waiting.Push(this, item))
+            items[dead++] = item;
+    }
+    if (dead == 0)
         return;
     ++waiting.depth;
-    Destroy(item);
+    Destroy(items, dead);
     while (waiting.depth == 1 && !waiting.IsEmpty()) {
-        const auto [handler, next] = waiting.Pop();
-        handler->Destroy(next);
+        auto [handler, next] = waiting.Pop();
+        handler->Destroy(&next, 1);
     }
     --waiting.depth;
 }

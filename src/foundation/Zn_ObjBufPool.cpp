@@ -104,13 +104,24 @@ void* Zn_ObjBufPool::Take() noexcept
 
 void Zn_ObjBufPool::Free(void* item) noexcept
 {
-    if (!item)
-        return;
+    if (item)
+        Free(&item, 1);
+}
+
+void Zn_ObjBufPool::Free(void* const* items, int count) noexcept
+{
     const Guard guard(*this);
+    for (int i = 0; i < count; ++i)
+        PutBack(items[i]);
+    if (used_ == 0 && blockCount_ > 1)
+        Shrink();
+}
+
+void Zn_ObjBufPool::PutBack(void* item) noexcept
+{
     free_ = new (Zn_ObjBufData::FromItem(item)) FreeItem{free_};
     ASAN_POISON_MEMORY_REGION(free_, static_cast<std::size_t>(stride_));
-    if (--used_ == 0 && blockCount_ > 1)
-        Shrink();
+    --used_;
 }
 
 bool Zn_ObjBufPool::Grow() noexcept

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <iterator>
 #include <utility>
 
 static_assert(sizeof(Zn_ObjList) == 2 * sizeof(void*));
@@ -159,6 +160,16 @@ int Zn_ObjList::AppendItemLink(void* item)
     return InsertLink(Count(), item);
 }
 
+int Zn_ObjList::AppendNew(void* const* items, int count)
+{
+    if (count < 1 || !places_.Insert(Count(), items, count))
+        return 0;
+    for (int i = 0; i < count; ++i)
+        if (items[i])
+            Zn_ListObjHandler::Hold(items[i]);
+    return count;
+}
+
 int Zn_ObjList::Set(int index, const void* item, int grow)
 {
     void* copy = item ? handler_->NewCopy(item) : nullptr;
@@ -205,12 +216,13 @@ int Zn_ObjList::Delete(int start, int count)
 // Gives up the items of a range, whose places stay behind.
 void Zn_ObjList::DropItems(int start, int count) noexcept
 {
+    void* batch[64];
     while (count > 0) {
         std::span<void*> run = places_.Run(start);
-        run = run.first(std::min(run.size(), static_cast<std::size_t>(count)));
-        for (void*& place : run)
-            if (void* item = std::exchange(place, nullptr))
-                handler_->Drop(item);
+        run = run.first(std::min({run.size(), static_cast<std::size_t>(count), std::size(batch)}));
+        std::copy(run.begin(), run.end(), batch);
+        std::fill(run.begin(), run.end(), nullptr);
+        handler_->DropItems(batch, static_cast<int>(run.size()));
         start += static_cast<int>(run.size());
         count -= static_cast<int>(run.size());
     }
@@ -329,12 +341,14 @@ int Zn_ObjList::AddEach(const Zn_ObjList& other)
 void Zn_ObjList::ReleaseList() noexcept
 {
     // The list is empty before its items go, whatever their destruction does.
-    Zn_PointerSeq old(GetOption());
-    old.Swap(places_);
-    old.ForEach([&](void* item) {
-        if (item)
-            handler_->Drop(item);
-    });
+    if (Count() > 0) {
+        Zn_ObjList old(handler_, GetOption());
+        old.places_.Swap(places_);
+        old.DropItems(0, old.Count());
+        old.places_.Clear();
+    } else {
+        places_.Clear();
+    }
 }
 
 void Zn_ObjList::SwapList(Zn_ObjList& other) noexcept

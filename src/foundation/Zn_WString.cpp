@@ -1,16 +1,28 @@
 #include "Zn_WString.h"
 
+#include "Zn_CodePage.h"
+
 #include "foundation/encoding.h"
 #include "foundation/format_text.h"
 #include "foundation/number_text.h"
+#include "foundation/utf8.h"
 #include "foundation/xml_escape.h"
 
+#include <iterator>
 #include <new>
 
 const Zn_WString Zn_WString::_ZnNullString;
 
 void Zn_WString::Set(const char* text, int length, unsigned codePage)
 {
+    // Short UTF-8 is what messages are made of: one allocation of the right size.
+    constexpr std::size_t kShort = 128;
+    const std::string_view bytes = zn::ViewOf(text, length);
+    if (bytes.size() <= kShort && zn_activecodepage(codePage) == zn::kUtf8) {
+        char16_t units[kShort + 2];
+        AssignView(View(units, zn::DecodeUtf8(bytes, units, std::size(units)).written));
+        return;
+    }
     zn::AssignWhole(*this, [&](auto& sink) { zn::DecodeText(zn::ViewOf(text, length), codePage, sink); });
 }
 

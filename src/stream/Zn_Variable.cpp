@@ -2,8 +2,7 @@
 
 #include "Zn_Variable.h"
 
-#include "foundation/byteorder.h"
-#include "foundation/counted_text.h"
+#include "foundation/byte_writer.h"
 
 Zn_VariableHandler& Zn_VariableHandler::Instance()
 {
@@ -127,14 +126,15 @@ constexpr std::uint16_t kVersion = 2000;
 
 int Zn_VariableList::Save(Zn_Buffer& out, unsigned codePage) const
 {
-    zn::AppendBe16(out, kMarker);
-    zn::AppendBe16(out, kVersion);
-    zn::AppendBe16(out, static_cast<std::uint16_t>(Count()));
+    zn::ByteWriter writer(out, codePage);
+    writer.Put16(kMarker);
+    writer.Put16(kVersion);
+    writer.Put16(static_cast<std::uint16_t>(Count()));
     for (const Zn_Variable& variable : *this) {
-        zn::AppendCountedText(out, variable.id, codePage);
-        variable.value.Save(out, codePage);
+        writer.PutText(variable.id);
+        variable.value.SaveTo(writer);
     }
-    return out.GetLength();
+    return writer.Finish();
 }
 
 int Zn_VariableList::Load(const Zn_Buffer& in, int offset, unsigned codePage)

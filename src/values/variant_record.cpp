@@ -1,56 +1,44 @@
 // The binary record of a variant (docs/formats/variant-record.md): its type in two bytes, then what the type asks for.
 #include "Zn_Variant.h"
-#include "foundation/byteorder.h"
+#include "foundation/byte_writer.h"
 
 #include <bit>
 #include <utility>
 
-namespace {
-
-// A length in two bytes and 8-bit text. Callers rely on the low 16 bits of the length being what is written of a
-// longer text, and on as many bytes of it.
-void AppendText(Zn_Buffer& buffer, const Zn_WString& text, unsigned codePage)
+void Zn_Variant::SaveTo(zn::ByteWriter& out) const
 {
-    const int start = buffer.AddSize(2);
-    if (start < 0)
-        return;
-    buffer.AppendStr(text.GetText(), text.GetLength(), codePage);
-    const auto length = static_cast<std::uint16_t>(buffer.GetLength() - (start + 2));
-    buffer.SetSize(start + 2 + length);
-    if (unsigned char* bytes = buffer.GetSafeBuffer(buffer.GetLength()))
-        zn::PutBe16(bytes + start, length);
-}
-
-} // namespace
-
-int Zn_Variant::Save(Zn_Buffer& buffer, unsigned codePage) const
-{
-    zn::AppendBe16(buffer, type);
+    out.Put16(type);
     switch (type) {
     case Integer:
-        zn::AppendBe32(buffer, static_cast<std::uint32_t>(HeldInteger()));
+        out.Put32(static_cast<std::uint32_t>(HeldInteger()));
         break;
     case Decimal:
-        zn::AppendBe64(buffer, std::bit_cast<std::uint64_t>(HeldDecimal()));
+        out.Put64(std::bit_cast<std::uint64_t>(HeldDecimal()));
         break;
     case Currency:
         // Callers rely on the low word standing where Load looks for the high one.
-        zn::AppendBe64(buffer, static_cast<std::uint64_t>(GetConstCurrency()->GetRaw()) << 32);
+        out.Put64(static_cast<std::uint64_t>(GetConstCurrency()->GetRaw()) << 32);
         break;
     case Date:
-        AppendText(buffer, live_ == Text ? value_.text : GetConstDateTime()->ToString(), codePage);
+        out.PutText(live_ == Text ? value_.text : GetConstDateTime()->ToString());
         break;
     case String:
-        AppendText(buffer, *GetConstStr(), codePage);
+        out.PutText(*GetConstStr());
         break;
     case Binary:
-        zn::AppendBe32(buffer, static_cast<std::uint32_t>(GetConstBinary()->GetLength()));
-        buffer.Append(GetConstBinary()->GetData(), GetConstBinary()->GetLength());
+        out.Put32(static_cast<std::uint32_t>(GetConstBinary()->GetLength()));
+        out.PutBytes(GetConstBinary()->GetSpan());
         break;
     default:
         break;
     }
-    return buffer.GetLength();
+}
+
+int Zn_Variant::Save(Zn_Buffer& buffer, unsigned codePage) const
+{
+    zn::ByteWriter out(buffer, codePage);
+    SaveTo(out);
+    return out.Finish();
 }
 
 int Zn_Variant::Load(const Zn_Buffer& buffer, int offset, unsigned codePage)

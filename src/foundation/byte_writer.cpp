@@ -1,0 +1,88 @@
+#include "foundation/byte_writer.h"
+
+#include "Zn_CodePage.h"
+#include "foundation/utf8.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace zn {
+
+ByteWriter::ByteWriter(Zn_Buffer& out, unsigned codePage) noexcept
+    : out_(out), codePage_(zn_activecodepage(codePage)), isUtf8_(codePage_ == kUtf8), length_(out.GetLength())
+{
+}
+
+bool ByteWriter::Grow(std::size_t count) noexcept
+{
+    constexpr std::size_t kFirst = 64;
+    constexpr std::size_t kMost = 0x7FFFFF00;
+    const std::size_t used = begin_ ? static_cast<std::size_t>(at_ - begin_) : static_cast<std::size_t>(length_);
+    const std::size_t wanted = std::max(used + count, std::min(kMost, begin_ ? 2 * used : used + kFirst));
+    unsigned char* grown = wanted > kMost ? nullptr : out_.GetSafeBuffer(static_cast<int>(wanted));
+    if (!grown)
+        return false;
+    begin_ = grown;
+    at_ = grown + used;
+    end_ = grown + wanted;
+    return true;
+}
+
+int ByteWriter::Finish() noexcept
+{
+    if (begin_)
+        out_.SetSize(static_cast<int>(at_ - begin_));
+    begin_ = at_ = end_ = nullptr;
+    length_ = out_.GetLength();
+    return length_;
+}
+
+void ByteWriter::PutBytes(std::span<const unsigned char> bytes) noexcept
+{
+    if (unsigned char* to = bytes.empty() ? nullptr : Room(bytes.size()))
+        std::memcpy(to, bytes.data(), bytes.size());
+}
+
+void ByteWriter::PutText(std::u16string_view text) noexcept
+{
+    constexpr std::size_t kCount = 2;
+    unsigned char* to = Room(kCount + text.size());
+    if (!to)
+        return;
+    std::size_t length = isUtf8_ ? CopyAscii(text, reinterpret_cast<char*>(to + kCount), text.size()) : 0;
+    if (length < text.size()) {
+        const auto start = static_cast<std::size_t>(to - begin_);
+        at_ = to + kCount + length;
+        length += PutEncoded(text.substr(length));
+        to = begin_ + start;
+    }
+    const auto counted = static_cast<std::uint16_t>(length);
+    PutBe16(to, counted);
+    at_ = to + kCount + counted;
+}
+
+std::size_t ByteWriter::PutEncoded(std::u16string_view text) noexcept
+{
+    constexpr std::size_t kSlack = 64;
+    constexpr std::size_t kBlockUnits = 0x4000;
+    if (!encoder_)
+        encoder_.emplace(codePage_);
+    std::size_t written = 0;
+    while (!text.empty()) {
+        const std::size_t room = 3 * std::min(text.size(), kBlockUnits) + kSlack;
+        unsigned char* to = Room(room);
+        if (!to)
+            return written;
+        const std::size_t count = encoder_->Next(text, reinterpret_cast<char*>(to), room);
+        at_ = to + count;
+        written += count;
+    }
+    if (unsigned char* to = Room(kSlack)) {
+        const std::size_t count = encoder_->Finish(reinterpret_cast<char*>(to));
+        at_ = to + count;
+        written += count;
+    }
+    return written;
+}
+
+} // namespace zn
