@@ -13,10 +13,10 @@
 #include <unistd.h>
 
 #if ZN_WITH_PUGIXML
-#  include <pugixml.hpp>
+#    include <pugixml.hpp>
 #endif
 #if ZN_WITH_MSGPACK
-#  include <msgpack.hpp>
+#    include <msgpack.hpp>
 #endif
 
 namespace {
@@ -228,7 +228,7 @@ void ReportMemory()
     std::printf("peak memory of loading it: %.0f MB\n", peak);
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -253,21 +253,25 @@ int main(int argc, char** argv)
     };
     msgpackDecode = [&] { MsgpackDecode(packed); };
 #endif
-    pairs.Add("XML message to tables", xmlWork, [&] { LoadXml(samples.xml); }, pugixmlLoad, "pugixml");
-    pairs.Add("tables to XML message", xmlWork,
-              [&] {
-                  Zn_Buffer out;
-                  ZnXmlStreamSave(samples.params, samples.tables, out, 65001, nullptr, 0);
-                  Require(out == samples.xml, "bytes of the XML message");
-              },
-              pugixmlSave, "pugixml");
-    pairs.Add("tables to binary message", binaryWork,
-              [&] {
-                  Zn_Buffer out;
-                  ZnBinStreamSave(samples.params, samples.tables, out, 0);
-                  Require(out == samples.binary, "bytes of the binary message");
-              },
-              msgpackEncode, "msgpack");
-    pairs.Add("binary message to tables", binaryWork, [&] { LoadBinary(samples.binary); }, msgpackDecode, "msgpack");
+    pairs.Add(
+        "XML message to tables", xmlWork, [&] { LoadXml(samples.xml); }, pugixmlLoad, "pugixml");
+    pairs.Add(
+        "tables to XML message", xmlWork,
+        [&] {
+            Zn_Buffer out;
+            ZnXmlStreamSave(samples.params, samples.tables, out, 65001, nullptr, 0);
+            Require(out == samples.xml, "bytes of the XML message");
+        },
+        pugixmlSave, "pugixml");
+    pairs.Add(
+        "tables to binary message", binaryWork,
+        [&] {
+            Zn_Buffer out;
+            ZnBinStreamSave(samples.params, samples.tables, out, 0);
+            Require(out == samples.binary, "bytes of the binary message");
+        },
+        msgpackEncode, "msgpack");
+    pairs.Add(
+        "binary message to tables", binaryWork, [&] { LoadBinary(samples.binary); }, msgpackDecode, "msgpack");
     return pairs.Run(argc, argv);
 }

@@ -15,9 +15,9 @@
 class Pairs {
 public:
     struct Work {
-        double cells = 0;       // cells that one run handles
-        double bytes = 0;       // bytes that one run handles
-        int iterations = 0;     // 0: as many as the time needs
+        double cells = 0;   // cells that one run handles
+        double bytes = 0;   // bytes that one run handles
+        int iterations = 0; // 0: as many as the time needs
     };
 
     // Each run does the whole work once; `check` runs each side once before it is timed and tells what is wrong.
@@ -74,7 +74,7 @@ private:
                     medians[run.run_name.function_name] = run.GetAdjustedCPUTime() / 1e3;
             }
         }
-        std::map<std::string, double> medians;  // seconds
+        std::map<std::string, double> medians; // seconds
     };
 
     static void Print(const char* format, double value)

@@ -11,10 +11,10 @@
 struct SampleRow {
     int id;
     double price;
-    std::string name;       // about 18 characters
-    std::string address;    // about 40
-    std::string date;       // 8 digits
-    std::string country;    // few distinct
+    std::string name;    // about 18 characters
+    std::string address; // about 40
+    std::string date;    // 8 digits
+    std::string country; // few distinct
     int quantity;
     double weight;
 };
@@ -23,8 +23,10 @@ constexpr int kSampleColumns = 8;
 
 inline std::vector<SampleRow> MakeSample(int rows)
 {
-    static const char* kWords[] = {"Seoul", "M\xC3\xBCnchen", "river", "Anna", "street", "\xED\x95\x9C\xEA\xB5\xAD",
-                                   "market", "north", "S\xC3\xA3o", "garden", "Oslo", "bridge", "Lima", "tower"};
+    static const char* kWords[] = {
+        "Seoul",  "M\xC3\xBCnchen", "river",      "Anna",   "street", "\xED\x95\x9C\xEA\xB5\xAD",
+        "market", "north",          "S\xC3\xA3o", "garden", "Oslo",   "bridge",
+        "Lima",   "tower"};
     static const char* kCountries[] = {"Korea", "Brazil", "Norway", "Germany", "Canada", "Peru", "Japan", "Chile"};
     std::mt19937 random(20040715);
     const auto below = [&](unsigned n) { return static_cast<unsigned>(random() % n); };

@@ -39,7 +39,7 @@ public:
     Zn_Variant* MakeSlot(int idx);
     // Adds values at the end that are made by NewItem (null: absent places) and become the record's; 0, and they stay
     // the caller's, when it can't.
-    int AppendValues(Zn_Variant* const* values, int count);
+    int AppendValues(void* const* values, int count) { return AppendNew(values, count); }
 
     int GetType() const noexcept { return static_cast<int>(flags_ & 0xFF); }
     void SetType(int type) noexcept { flags_ = (flags_ & 0xFF00) | static_cast<std::uint32_t>(type); }

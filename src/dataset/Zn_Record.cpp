@@ -1,6 +1,7 @@
 #include "Zn_Record.h"
 
 #include "dataset/original_index.h"
+#include "dataset/record_builder.h"
 #include "foundation/byte_writer.h"
 
 #include <algorithm>
@@ -86,11 +87,6 @@ int Zn_Record::SetColumn(int idx, const Zn_Variant* value)
     return idx;
 }
 
-int Zn_Record::AppendValues(Zn_Variant* const* values, int count)
-{
-    return AppendNew(reinterpret_cast<void* const*>(values), count);
-}
-
 void Zn_Record::SaveTo(zn::ByteWriter& out, int type) const
 {
     const int count = Count();
@@ -112,34 +108,6 @@ namespace {
 
 constexpr int kHeadSize = 6;
 
-// New values for a record that is being read: made several at a time, the unused ones given back.
-class ValueStock {
-public:
-    ValueStock() noexcept : handler_(Zn_VariantHandler::Instance()) {}
-    ~ValueStock() { handler_.DropItems(items_ + next_, count_ - next_); }
-    ValueStock(const ValueStock&) = delete;
-    ValueStock& operator=(const ValueStock&) = delete;
-
-    // At most `wanted` more will be taken. Null when memory runs out.
-    Zn_Variant* Take(int wanted)
-    {
-        if (next_ == count_) {
-            next_ = 0;
-            count_ = handler_.NewItems(items_, std::clamp(wanted, 1, kMost));
-            if (count_ == 0)
-                return nullptr;
-        }
-        return static_cast<Zn_Variant*>(items_[next_++]);
-    }
-
-private:
-    static constexpr int kMost = 32;
-    Zn_VariantHandler& handler_;
-    void* items_[kMost];
-    int next_ = 0;
-    int count_ = 0;
-};
-
 }
 
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
@@ -154,37 +122,25 @@ int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
     offset += kHeadSize;
     ReleaseList();
     // A count that the data can't hold must not take memory for itself: every value has two bytes at least.
-    const int likely = std::min(count, (length - offset) / 2);
-    AllocItems(likely);
-    ValueStock stock;
-    Zn_Variant* values[32];
-    int pending = 0;
-    const auto flush = [&] {
-        const bool taken = pending == 0 || AppendValues(values, pending) > 0;
-        if (!taken)
-            Zn_VariantHandler::Instance().DropItems(reinterpret_cast<void**>(values), pending);
-        pending = 0;
-        return taken;
-    };
+    zn::RecordBuilder values(std::min(count, (length - offset) / 2));
     int end = offset;
     for (int k = 0; k < count && end >= 0; ++k) {
-        if (length - end < 2 || (pending == static_cast<int>(std::size(values)) && !flush())) {
+        if (length - end < 2) {
             end = length;
             break;
         }
         const std::uint16_t type = zn::GetBe16(data + end);
         end += 2;
         if (type == 0) {
-            values[pending++] = nullptr;
+            values.SkipTo(k + 1);
             continue;
         }
         if (end >= length)
             break;
-        Zn_Variant* value = stock.Take(likely - k);
-        values[pending++] = value;
+        Zn_Variant* value = values.At(k);
         end = value ? value->Load(static_cast<short>(type), in, end, codePage) : -1;
     }
-    if (!flush() || end < 0)
+    if (end < 0 || !values.MoveTo(*this))
         Clear();
     return end;
 }

@@ -9,6 +9,15 @@ Zn_DatasetXmlReader::Zn_DatasetXmlReader(Zn_Dataset& dataset) : dataset_(dataset
 {
     for (const Zn_Variable& column : dataset.constColumns_)
         constIds_.Add(column.id);
+    ColumnsChanged();
+}
+
+void Zn_DatasetXmlReader::ColumnsChanged()
+{
+    columnsChanged_ = false;
+    columns_.clear();
+    for (const Zn_ColInfo& column : dataset_.columns_)
+        columns_.push_back(&column);
 }
 
 void Zn_DatasetXmlReader::Begin(const Zn_NamedStrList& attributes)
@@ -82,7 +91,7 @@ void Zn_DatasetXmlReader::Column(const Zn_NamedStrList& attributes)
     if (column.summ & kHasText)
         column.text = summ.Mid(kTextStart);
     if (constIds_.Find(column.id) < 0)
-        dataset_.AddColumn(&column);
+        columnsChanged_ |= dataset_.AddColumn(&column) >= 0;
 }
 
 void Zn_DatasetXmlReader::BeginRecord(int rowType)
@@ -94,16 +103,17 @@ void Zn_DatasetXmlReader::BeginRecord(int rowType)
     originalEnded_ = false;
     nextColumn_ = 0;
     nextOriginalColumn_ = 0;
-    if (row_) {
+    if (columnsChanged_)
+        ColumnsChanged();
+    rowValues_.Begin(static_cast<int>(columns_.size()));
+    if (row_)
         row_->SetType(rowType);
-        row_->AllocItems(dataset_.columns_.Count());
-    }
 }
 
 int Zn_DatasetXmlReader::FindColumn(std::u16string_view name, int& guess) const
 {
-    const Zn_ColInfo* likely = dataset_.columns_.GetItem(guess);
-    const int col = likely && likely->id.GetView() == name ? guess : dataset_.columns_.FindId(name);
+    const bool isNext = guess < static_cast<int>(columns_.size()) && columns_[static_cast<std::size_t>(guess)]->id == name;
+    const int col = isNext ? guess : dataset_.columns_.FindId(name);
     guess = col + 1;
     return col;
 }
@@ -115,7 +125,7 @@ void Zn_DatasetXmlReader::Field(std::u16string_view name, std::u16string_view te
     if (col < 0)
         nextColumn_ = before;
     else if (row_)
-        Store(*row_, col, text);
+        Store(rowValues_, col, text);
 }
 
 bool Zn_DatasetXmlReader::BeginOriginal()
@@ -130,7 +140,7 @@ bool Zn_DatasetXmlReader::BeginOriginal()
     original_ = fresh;
     original_->SetType(row_->GetType());
     original_->SetOrgIdx(rawRow_);
-    original_->AllocItems(dataset_.columns_.Count());
+    originalValues_.Begin(static_cast<int>(columns_.size()));
     dataset_.Originals().Append(false);
     dataset_.Originals().Link(*row_, place);
     return true;
@@ -145,19 +155,19 @@ void Zn_DatasetXmlReader::OriginalField(std::u16string_view name, std::u16string
     if (col < 0)
         originalEnded_ = true;
     else
-        Store(*original_, col, text);
+        Store(originalValues_, col, text);
 }
 
-void Zn_DatasetXmlReader::Store(Zn_Record& record, int col, std::u16string_view text)
+void Zn_DatasetXmlReader::Store(zn::RecordBuilder& values, int col, std::u16string_view text)
 {
-    Zn_Variant* value = record.MakeSlot(col);
+    Zn_Variant* value = values.At(col);
     if (!value)
         return;
     if (text.empty()) {
         value->Clear();
         return;
     }
-    switch (dataset_.columns_.GetItem(col)->type) {
+    switch (columns_[static_cast<std::size_t>(col)]->type) {
     case Zn_ColInfo::Int:
         value->Set(zn::ReadInteger(text));
         break;
@@ -178,6 +188,10 @@ void Zn_DatasetXmlReader::Store(Zn_Record& record, int col, std::u16string_view 
 
 void Zn_DatasetXmlReader::EndRecord()
 {
+    if (row_)
+        rowValues_.MoveTo(*row_);
+    if (original_)
+        originalValues_.MoveTo(*original_);
     if (row_ && row_->GetType() == Zn_Record::Deleted && dataset_.MoveToOriginals(*row_, -1))
         dataset_.rows_.Delete(rawRow_);
     row_ = nullptr;

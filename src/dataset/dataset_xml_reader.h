@@ -14,9 +14,11 @@
 
 #include "Zn_Dataset.h"
 #include "Zn_NamedStr.h"
+#include "dataset/record_builder.h"
 #include "foundation/id_index.h"
 
 #include <string_view>
+#include <vector>
 
 class Zn_DatasetXmlReader {
 public:
@@ -34,7 +36,8 @@ public:
 
 private:
     int FindColumn(std::u16string_view name, int& guess) const;
-    void Store(Zn_Record& record, int col, std::u16string_view text);
+    void Store(zn::RecordBuilder& values, int col, std::u16string_view text);
+    void ColumnsChanged();
 
     Zn_Dataset& dataset_;
     zn::IdIndex constIds_;
@@ -44,4 +47,8 @@ private:
     int rawRow_ = -1;
     int nextColumn_ = 0; // columns mostly come in list order
     int nextOriginalColumn_ = 0;
+    std::vector<const Zn_ColInfo*> columns_;    // of the table, in list order
+    bool columnsChanged_ = false;
+    zn::RecordBuilder rowValues_;
+    zn::RecordBuilder originalValues_;
 };

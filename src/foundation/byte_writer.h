@@ -38,8 +38,8 @@ public:
             PutBe64(to, value);
     }
     void PutBytes(std::span<const unsigned char> bytes) noexcept;
-    // A text behind a 16-bit count of its bytes. Callers rely on a text of 64 KiB or more being cut to the low 16 bits of
-    // its length.
+    // A text behind a 16-bit count of its bytes. Callers rely on a text of 64 KiB or more being cut to the low 16 bits
+    // of its length.
     void PutText(std::u16string_view text) noexcept;
     // Gives the buffer its length and returns it.
     int Finish() noexcept;
@@ -60,11 +60,11 @@ private:
     Zn_Buffer& out_;
     unsigned codePage_;
     bool isUtf8_;
-    std::optional<TextEncoder> encoder_;    // of the other code pages, made with the first text
+    std::optional<TextEncoder> encoder_; // of the other code pages, made with the first text
     unsigned char* begin_ = nullptr;
     unsigned char* at_ = nullptr;
     unsigned char* end_ = nullptr;
-    int length_;    // of the buffer, while there is no room yet
+    int length_; // of the buffer, while there is no room yet
 };
 
 } // namespace zn
