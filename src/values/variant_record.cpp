@@ -63,9 +63,9 @@ int Zn_Variant::Load(short recordType, const Zn_Buffer& buffer, int offset, unsi
         return end;
     }
     Init();
-    const int left = buffer.GetLength() - offset;
-    if (offset < 0 || left <= 0)
+    if (offset < 0 || offset >= buffer.GetLength())
         return -1;
+    const int left = buffer.GetLength() - offset;
     type = static_cast<std::uint16_t>(recordType);
     const unsigned char* bytes = buffer.GetData() + offset;
     switch (type) {
