@@ -125,7 +125,7 @@ TEST(Zn_Variant, SetsFromPartsOfItself)
     v.Set(*v.GetStr());
     v.SetStr(v.GetStr()->GetView().substr(1));
     EXPECT_EQ(v.ToString(), u"ext");
-    v = v;
+    v = *&v;
     v = std::move(*&v);
     EXPECT_EQ(v.ToString(), u"ext");
     v = Bytes("bytes");
