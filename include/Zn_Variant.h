@@ -25,7 +25,7 @@
 #include "Zn_DateTime.h"
 #include "Zn_WString.h"
 
-#include <cstring>
+#include <bit>
 #include <new>
 
 namespace zn {
@@ -51,29 +51,29 @@ public:
         Object = 0x4000
     };
 
-    constexpr Zn_Variant() noexcept {}
+    constexpr Zn_Variant() noexcept = default;
     Zn_Variant(const Zn_Variant& other) : type(other.type), live_(other.live_), value_(other.value_)
     {
         if (other.live_ > Bits)
             CopyHeld(other);
     }
-    Zn_Variant(Zn_Variant&& other) noexcept { MoveFrom(other); }
+    Zn_Variant(Zn_Variant&& other) noexcept : type(other.type), live_(other.live_), value_(other.value_)
+    {
+        other.Init();
+    }
     Zn_Variant(const Zn_WString& text) noexcept : type(String), live_(Text) { new (&value_.text) Zn_WString(text); }
     Zn_Variant(Zn_WString&& text) noexcept : type(String), live_(Text)
     {
         new (&value_.text) Zn_WString(static_cast<Zn_WString&&>(text));
     }
     // Length in characters; -1 means up to the terminator.
-    Zn_Variant(const char16_t* text, int length = -1) : type(String), live_(Text)
-    {
-        new (&value_.text) Zn_WString(text, length);
-    }
-    Zn_Variant(std::u16string_view text) : type(String), live_(Text) { new (&value_.text) Zn_WString(text); }
-    Zn_Variant(int value) noexcept : type(Integer), live_(Bits) { value_.integer = value; }
+    Zn_Variant(const char16_t* text, int length = -1) : Zn_Variant(Zn_WString(text, length)) {}
+    Zn_Variant(std::u16string_view text) : Zn_Variant(Zn_WString(text)) {}
+    Zn_Variant(int value) noexcept : type(Integer), live_(Bits), value_(Value::OfInteger(value)) {}
     Zn_Variant(long value) noexcept : Zn_Variant(Clamp(value)) {}
-    Zn_Variant(double value) noexcept : type(Decimal), live_(Bits) { value_.decimal = value; }
-    Zn_Variant(const Zn_Currency& value) noexcept : type(Currency), live_(Bits) { value_.currency = value; }
-    Zn_Variant(const Zn_DateTime& value) noexcept : type(Date), live_(Bits) { value_.date = value; }
+    Zn_Variant(double value) noexcept : type(Decimal), live_(Bits), value_(Value::Of(value)) {}
+    Zn_Variant(const Zn_Currency& value) noexcept : type(Currency), live_(Bits), value_(Value::Of(value)) {}
+    Zn_Variant(const Zn_DateTime& value) noexcept : type(Date), live_(Bits), value_(Value::Of(value)) {}
     Zn_Variant(const Zn_Buffer& bytes) noexcept : type(Binary), live_(Bytes) { new (&value_.bytes) Zn_Buffer(bytes); }
     Zn_Variant(const Zn_VariantList& list) { Set(list); }
     Zn_Variant(const Zn_VarObject& object) { Set(object); }
@@ -150,15 +150,19 @@ public:
     Zn_Variant& operator=(const Zn_Variant& other)
     {
         if (live_ <= Bits && other.live_ <= Bits)
-            CopyBits(other);
+            TakeBits(other);
         else if (this != &other)
             AssignSlow(other);
         return *this;
     }
     Zn_Variant& operator=(Zn_Variant&& other) noexcept
     {
-        if (this != &other)
-            TakeFrom(other);
+        if (this == &other)
+            return *this;
+        if (live_ > OddBits)
+            Release();
+        TakeBits(other);
+        other.Init();
         return *this;
     }
     // Null clears.
@@ -275,10 +279,24 @@ private:
     enum Live : std::uint16_t { None, Bits, OddBits, Text, Bytes, List, Reference };
     struct ArrayBox;
 
+    // Every kind lives in the first word; the second stays zero.
     union Value {
         constexpr Value() noexcept : words{} {}
-        Value(const Value& other) noexcept : words{} { std::memcpy(words, other.words, sizeof words); } // the bits
+        Value(const Value& other) noexcept : words{other.words[0], 0} {}
+        Value& operator=(const Value&) = delete;
         ~Value() {}
+        // Whole words are written, since what is read in other pieces than it was written in is read slowly.
+        template <class Plain>
+        static Value Of(const Plain& plain) noexcept
+        {
+            return Value(std::bit_cast<std::uint64_t>(plain));
+        }
+        static Value OfInteger(std::int32_t integer) noexcept
+        {
+            const std::uint64_t word = static_cast<std::uint32_t>(integer);
+            return Value(std::endian::native == std::endian::little ? word : word << 32);
+        }
+
         std::uint64_t words[2];
         std::int32_t integer;
         double decimal;
@@ -288,40 +306,29 @@ private:
         Zn_Buffer bytes;
         ArrayBox* array;
         Zn_VarObject* object;
+
+    private:
+        explicit Value(std::uint64_t word) noexcept : words{word, 0} {}
     };
 
     static constexpr std::int32_t Clamp(long value) noexcept
     {
         return value > INT32_MAX ? INT32_MAX : value < INT32_MIN ? INT32_MIN : static_cast<std::int32_t>(value);
     }
-    // Every kind lives in the first eight bytes; the others stay zero.
-    void CopyBits(const Zn_Variant& other) noexcept
+    bool IsText() const noexcept { return live_ == Text && type == String; }
+    void TakeBits(const Zn_Variant& other) noexcept
     {
         type = other.type;
         live_ = other.live_;
-        std::memcpy(value_.words, other.value_.words, 8);
+        value_.words[0] = other.value_.words[0];
     }
-    // What is more than its bits; they are copied already.
+    // Makes a copy of the other's bits a copy of what they stand for.
     void CopyHeld(const Zn_Variant& other)
     {
-        if (other.live_ == Text && other.type == String) {
+        if (other.IsText())
             new (&value_.text) Zn_WString(other.value_.text);
-            return;
-        }
-        live_ = None;
-        new (&value_) Value();
-        CopySlow(other);
-    }
-    void MoveFrom(Zn_Variant& other) noexcept
-    {
-        CopyBits(other);
-        other.Init();
-    }
-    void TakeFrom(Zn_Variant& other) noexcept
-    {
-        if (live_ > OddBits)
-            Release();
-        MoveFrom(other);
+        else
+            CopySlow(other);
     }
     std::int32_t HeldInteger() const noexcept { return live_ == Bits ? value_.integer : 0; }
     double HeldDecimal() const noexcept { return live_ == Bits ? value_.decimal : 0.0; }

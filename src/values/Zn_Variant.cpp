@@ -21,18 +21,17 @@ Zn_VarObject* NewReference()
 
 // ---- Copying and releasing
 
-// The value area holds nothing yet.
+// The bits are those of the other.
 void Zn_Variant::CopySlow(const Zn_Variant& other)
 {
-    type = other.type;
-    if (!zn::FindType(type))
+    const bool known = zn::FindType(type) != nullptr;
+    if (known && live_ == OddBits)
+        return;
+    value_.words[0] = 0;
+    live_ = None;
+    if (!known)
         return;
     switch (other.live_) {
-    case None:
-    case Bits:
-    case OddBits:
-        CopyBits(other);
-        return;
     case Text:
         new (&value_.text) Zn_WString(other.value_.text);
         break;
@@ -52,28 +51,32 @@ void Zn_Variant::CopySlow(const Zn_Variant& other)
         value_.object->Set(*other.value_.object);
         break;
     }
+    default:
+        break;
     }
     live_ = other.live_;
 }
 
 void Zn_Variant::AssignSlow(const Zn_Variant& other)
 {
-    // The other may be a part of this variant's own array.
-    Zn_Variant copy(other);
-    TakeFrom(copy);
+    if (IsText() && other.IsText())
+        value_.text = other.value_.text;
+    else
+        *this = Zn_Variant(other); // whole first: the other may be a part of this variant's own array
 }
 
 void Zn_Variant::Release() noexcept
 {
+    if (live_ == Text) {
+        value_.text.~Zn_WString();
+        Init();
+        return;
+    }
     // What an object's destructor may see of this variant is empty already.
-    Value old;
-    std::memcpy(old.words, value_.words, sizeof old.words);
+    Value old(value_);
     const Live live = live_;
     Init();
     switch (live) {
-    case Text:
-        old.text.~Zn_WString();
-        break;
     case Bytes:
         old.bytes.~Zn_Buffer();
         break;

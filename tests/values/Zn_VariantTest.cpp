@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -97,6 +98,30 @@ TEST(Zn_Variant, CopiesAndMovesBetweenAllKinds)
             EXPECT_EQ(made.type, 0);
         }
     }
+}
+
+// Each thread has variants of its own, which share what is underneath with those of the others.
+TEST(Zn_Variant, CopiesInSeveralThreads)
+{
+    {
+        const std::vector<Kind> kinds = Kinds();
+        const auto work = [&kinds] {
+            for (int round = 0; round < 500; ++round) {
+                std::vector<Zn_Variant> copies;
+                for (const Kind& kind : kinds)
+                    copies.push_back(kind.value);
+                for (std::size_t i = 0; i < copies.size(); ++i)
+                    copies[i] = copies[copies.size() - 1 - i];
+            }
+        };
+        std::thread one(work), two(work);
+        work();
+        one.join();
+        two.join();
+        for (const Kind& kind : kinds)
+            ExpectReadsAs(kind.value, kind);
+    }
+    EXPECT_EQ(ObjectDouble::alive, 0);
 }
 
 TEST(Zn_Variant, ZeroedMemoryIsEmpty)
