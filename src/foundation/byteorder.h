@@ -6,7 +6,9 @@
 
 #include "Zn_Buffer.h"
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 namespace zn {
 
@@ -35,12 +37,34 @@ inline std::uint16_t GetBe16(const unsigned char* in) noexcept
 
 inline std::uint32_t GetBe32(const unsigned char* in) noexcept
 {
-    return static_cast<std::uint32_t>(GetBe16(in)) << 16 | GetBe16(in + 2);
+    return static_cast<std::uint32_t>(in[0]) << 24 | static_cast<std::uint32_t>(in[1]) << 16 |
+           static_cast<std::uint32_t>(in[2]) << 8 | in[3];
+}
+
+// The bytes the other way round. Compilers find the one instruction for it in the plain form too, but not everywhere.
+inline std::uint64_t SwapBytes(std::uint64_t value) noexcept
+{
+#if defined(__GNUC__)
+    return __builtin_bswap64(value);
+#else
+    value = (value & 0x00FF00FF00FF00FFU) << 8 | (value >> 8 & 0x00FF00FF00FF00FFU);
+    value = (value & 0x0000FFFF0000FFFFU) << 16 | (value >> 16 & 0x0000FFFF0000FFFFU);
+    return value << 32 | value >> 32;
+#endif
 }
 
 inline std::uint64_t GetBe64(const unsigned char* in) noexcept
 {
-    return static_cast<std::uint64_t>(GetBe32(in)) << 32 | GetBe32(in + 4);
+    std::uint64_t value;
+    std::memcpy(&value, in, sizeof value);
+    return std::endian::native == std::endian::little ? SwapBytes(value) : value;
+}
+
+// The other order, which one head of a foreign make has.
+inline std::uint32_t GetLe32(const unsigned char* in) noexcept
+{
+    return in[0] | static_cast<std::uint32_t>(in[1]) << 8 | static_cast<std::uint32_t>(in[2]) << 16 |
+           static_cast<std::uint32_t>(in[3]) << 24;
 }
 
 inline void AppendBe16(Zn_Buffer& buffer, std::uint16_t value)

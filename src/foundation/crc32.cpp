@@ -1,5 +1,8 @@
 #include "Zn_Base.h"
 
+#include "foundation/byteorder.h"
+#include "foundation/crc32_fold.h"
+
 #include <array>
 #include <cstddef>
 
@@ -26,17 +29,24 @@ constexpr Tables MakeTables() noexcept
 
 constexpr Tables tables = MakeTables();
 
-std::uint32_t LoadLe32(const unsigned char* p) noexcept
-{
-    return p[0] | static_cast<std::uint32_t>(p[1]) << 8 | static_cast<std::uint32_t>(p[2]) << 16 |
-           static_cast<std::uint32_t>(p[3]) << 24;
-}
-
-std::uint32_t Fold(std::uint32_t word, std::size_t first) noexcept
+std::uint32_t LookUp(std::uint32_t word, std::size_t first) noexcept
 {
     return tables[first][word & 0xFF] ^ tables[first - 1][word >> 8 & 0xFF] ^ tables[first - 2][word >> 16 & 0xFF] ^
            tables[first - 3][word >> 24];
 }
+
+// Takes and returns the register, which is the checksum inverted.
+std::uint32_t Advance(std::uint32_t crc, const unsigned char* data, int len) noexcept
+{
+    for (; len >= 8; len -= 8, data += 8)
+        crc = LookUp(crc ^ zn::GetLe32(data), 7) ^ LookUp(zn::GetLe32(data + 4), 3);
+    for (; len > 0; --len, ++data)
+        crc = crc >> 8 ^ tables[0][(crc ^ *data) & 0xFF];
+    return crc;
+}
+
+// Still null for who asks before the library's own initialisation.
+const zn::Crc32Fold foldBytes = zn::FindCrc32Fold();
 
 } // namespace
 
@@ -45,9 +55,12 @@ std::uint32_t zn_crc32(std::uint32_t crc, const unsigned char* data, int len) no
     if (!data || len < 1)
         return crc;
     crc = ~crc;
-    for (; len >= 8; len -= 8, data += 8)
-        crc = Fold(crc ^ LoadLe32(data), 7) ^ Fold(LoadLe32(data + 4), 3);
-    for (; len > 0; --len, ++data)
-        crc = crc >> 8 ^ tables[0][(crc ^ *data) & 0xFF];
-    return ~crc;
+    if (foldBytes && len >= zn::kCrc32FoldBlock) {
+        unsigned char rest[zn::kCrc32FoldRest];
+        const int folded = foldBytes(crc, data, len, rest);
+        crc = Advance(0, rest, zn::kCrc32FoldRest);
+        data += folded;
+        len -= folded;
+    }
+    return ~Advance(crc, data, len);
 }
