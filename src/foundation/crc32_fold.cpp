@@ -2,7 +2,7 @@
 
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 
-#include <immintrin.h>
+#    include <immintrin.h>
 
 namespace zn {
 namespace {
@@ -17,7 +17,7 @@ constexpr long long Power(int degree) noexcept
     return static_cast<long long>(remainder) << 1;
 }
 
-#define ZN_CLMUL __attribute__((target("pclmul,sse2")))
+#    define ZN_CLMUL __attribute__((target("pclmul,sse2")))
 
 ZN_CLMUL inline __m128i Load(const unsigned char* data) noexcept
 {

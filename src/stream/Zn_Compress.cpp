@@ -73,8 +73,11 @@ int Zn_Compress::IsCompressBuffer(const Zn_Buffer& buffer) noexcept
         return 0;
     const unsigned char* bytes = buffer.GetData();
     switch (zn::GetBe16(bytes)) {
-    case kMarker: return zn::GetBe32(bytes + 2) == Checksum(buffer);
-    case kReversedMarker: return zn::GetLe32(bytes + 2) == Checksum(buffer);
-    default: return 0;
+    case kMarker:
+        return zn::GetBe32(bytes + 2) == Checksum(buffer);
+    case kReversedMarker:
+        return zn::GetLe32(bytes + 2) == Checksum(buffer);
+    default:
+        return 0;
     }
 }

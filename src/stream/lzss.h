@@ -1,9 +1,9 @@
 // The coded stream inside a compressed container: LZSS over a ring of 4,096 bytes.
 //
-// A stream is a row of groups. A flag byte opens each and describes up to eight items, lowest bit first: 1 is a literal,
-// one byte that stands for itself; 0 is a reference of two bytes, twelve bits of ring position and four of length.
-// Coding and decoding start with a ring of blanks and put the first byte at kFirstPosition. The stream has no end mark:
-// it ends where its bytes do.
+// A stream is a row of groups. A flag byte opens each and describes up to eight items, lowest bit first: 1 is a
+// literal, one byte that stands for itself; 0 is a reference of two bytes, twelve bits of ring position and four of
+// length. Coding and decoding start with a ring of blanks and put the first byte at kFirstPosition. The stream has no
+// end mark: it ends where its bytes do.
 #pragma once
 
 #include "Zn_Buffer.h"

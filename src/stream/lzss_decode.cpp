@@ -7,12 +7,11 @@
 namespace zn {
 namespace {
 
-// The bytes before the next one, at least 4,096 of them, in one row: what stands in the ring at a position stands here at
-// a distance, and no position wraps.
+// The bytes before the next one, at least 4,096 of them, in one row: what stands in the ring at a position stands here
+// at a distance, and no position wraps.
 class Decoder {
 public:
-    Decoder(std::span<const unsigned char> in, Zn_Buffer& out) noexcept
-        : next_(in.data()), left_(in.size()), out_(out)
+    Decoder(std::span<const unsigned char> in, Zn_Buffer& out) noexcept : next_(in.data()), left_(in.size()), out_(out)
     {
         std::memset(bytes_, kBlank, kRingSize);
     }

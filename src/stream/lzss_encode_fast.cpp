@@ -78,8 +78,7 @@ struct Match {
 // compared like any other, which costs time and harms nothing.
 class FastCoder {
 public:
-    explicit FastCoder(std::span<const unsigned char> in) noexcept
-        : text_(in), length_(static_cast<Index>(in.size()))
+    explicit FastCoder(std::span<const unsigned char> in) noexcept : text_(in), length_(static_cast<Index>(in.size()))
     {
         std::fill(std::begin(latest_), std::end(latest_), Place{0x8000});
         for (Index index = -kLongestMatch; index < kEntered; ++index)
@@ -147,8 +146,7 @@ private:
             candidate = Earlier(candidate);
             ++steps;
             const unsigned char* place = key - distance;
-            if (best.length >= kShortestMatch &&
-                std::memcmp(key + best.length - 3, place + best.length - 3, 4) != 0)
+            if (best.length >= kShortestMatch && std::memcmp(key + best.length - 3, place + best.length - 3, 4) != 0)
                 continue;
             const int length = CommonLength(key, place);
             if (length <= best.length) {
@@ -159,8 +157,8 @@ private:
             best = {length, distance};
             if (length == kLongestMatch)
                 break;
-            // A longer match holds the next byte too. Where the three bytes that end with it are much rarer than those of
-            // this chain, the places where they stand are the candidates to try.
+            // A longer match holds the next byte too. Where the three bytes that end with it are much rarer than those
+            // of this chain, the places where they stand are the candidates to try.
             const Index tail = index + length + 1 - kShortestMatch;
             const int gap = static_cast<Place>(tail - Earlier(tail));
             if (gap * steps > kMuchRarer * distance) {

@@ -51,8 +51,8 @@ void SortedWindow::FindFromPosts(const unsigned char* text, Place& place) noexce
 int SortedWindow::CountPostsUpTo(const unsigned char* text) const noexcept
 {
     const auto isUpTo = [&](Link post) { return !Compare(text, post).isLess; };
-    return static_cast<int>(
-        std::partition_point(posts_ + firstPost_[*text], posts_ + firstPost_[*text + 1], isUpTo) - posts_);
+    return static_cast<int>(std::partition_point(posts_ + firstPost_[*text], posts_ + firstPost_[*text + 1], isUpTo) -
+                            posts_);
 }
 
 void SortedWindow::AddPost(int position) noexcept

@@ -6,7 +6,8 @@
 // its way down. Callers rely on the choice, because they compare containers, but no tree is needed to make it:
 //
 // - Give each place in the tree the moment it came into being as its age. Parents are older than their children, and
-//   a tree sorted by string whose parents are all older than their children has but one shape. Order and ages say it all.
+//   a tree sorted by string whose parents are all older than their children has but one shape. Order and ages say it
+//   all.
 // - The strings that share the most bytes with the new one are neighbours in the order. The way down meets the
 //   oldest of them first.
 // - A string has a left child when its predecessor is younger, a right child when its successor is. One with both
