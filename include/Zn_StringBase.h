@@ -29,10 +29,7 @@ public:
 
     // The character at a position; 0 outside the text.
     Char GetAt(int pos) const noexcept { return InRange(pos) ? text_[pos] : Char(0); }
-    Char operator[](std::ptrdiff_t pos) const noexcept
-    {
-        return pos >= 0 && pos < GetLength() ? text_[pos] : Char(0);
-    }
+    Char operator[](std::ptrdiff_t pos) const noexcept { return pos >= 0 && pos < GetLength() ? text_[pos] : Char(0); }
     // Replaces one character; nothing happens outside the text.
     void SetAt(int pos, Char ch) noexcept;
     // A writable buffer of at least minLength characters and a terminator behind them, whose start
@@ -77,14 +74,8 @@ public:
     friend bool operator==(const Self& a, const Self& b) noexcept { return a.GetView() == b.GetView(); }
     friend bool operator==(const Self& a, const Char* b) noexcept { return a.GetView() == ViewOf(b); }
     friend bool operator==(const Self& a, View b) noexcept { return a.GetView() == b; }
-    friend std::strong_ordering operator<=>(const Self& a, const Self& b) noexcept
-    {
-        return a.Compare(b) <=> 0;
-    }
-    friend std::strong_ordering operator<=>(const Self& a, const Char* b) noexcept
-    {
-        return a.Compare(b) <=> 0;
-    }
+    friend std::strong_ordering operator<=>(const Self& a, const Self& b) noexcept { return a.Compare(b) <=> 0; }
+    friend std::strong_ordering operator<=>(const Self& a, const Char* b) noexcept { return a.Compare(b) <=> 0; }
     friend std::strong_ordering operator<=>(const Self& a, View b) noexcept { return a.Compare(b) <=> 0; }
 
 protected:
@@ -137,10 +128,7 @@ private:
     }
     bool InRange(int pos) const noexcept { return pos >= 0 && pos < GetLength(); }
     static Char* NewBody(int capacity) noexcept;
-    bool IsOwn() const noexcept
-    {
-        return text_ && HeaderOf(text_)->refs.Get() == 1;
-    }
+    bool IsOwn() const noexcept { return text_ && HeaderOf(text_)->refs.Get() == 1; }
     // Changes the capacity of a body that is this string's own.
     bool Resize(int capacity) noexcept;
     void SetLength(int length) noexcept

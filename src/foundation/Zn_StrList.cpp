@@ -1,4 +1,5 @@
 #include "Zn_StrList.h"
+#include "Zn_TypedList.h"
 
 #include <algorithm>
 #include <new>
@@ -171,9 +172,8 @@ const String* Zn_StringList<String, Char>::GetItem(int index) const noexcept
 template <class String, class Char>
 const String& Zn_StringList<String, Char>::GetItemNN(int index) const noexcept
 {
-    static const String* const empty = new String(); // outlives every list
     const String* item = GetItem(index);
-    return item ? *item : *empty;
+    return item ? *item : Zn_Global<String>();
 }
 
 template <class String, class Char>

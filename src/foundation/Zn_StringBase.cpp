@@ -36,7 +36,7 @@ Char* Zn_StringBase<Char, Self>::NewBody(int capacity) noexcept
     void* memory = _zn_malloc(SizeOfBody<Char>(capacity, sizeof(Header)));
     if (!memory)
         return nullptr;
-    Header* header = new (memory) Header{{1}, 0, capacity};
+    auto* header = new (memory) Header{{1}, 0, capacity};
     Char* text = reinterpret_cast<Char*>(header + 1);
     text[0] = Char(0);
     return text;
@@ -70,7 +70,7 @@ bool Zn_StringBase<Char, Self>::Resize(int capacity) noexcept
     void* memory = zn::Reallocate(HeaderOf(text_), SizeOfBody<Char>(capacity, sizeof(Header)));
     if (!memory)
         return false;
-    Header* header = static_cast<Header*>(memory);
+    auto* header = static_cast<Header*>(memory);
     header->capacity = capacity;
     text_ = reinterpret_cast<Char*>(header + 1);
     return true;

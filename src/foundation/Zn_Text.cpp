@@ -105,8 +105,8 @@ const char* zn_stristrA(const char* text, const char* what) noexcept
     const std::string_view in(text);
     const std::string_view sought = ViewOf(what);
     const auto same = [](char a, char b) { return zn::FoldAscii(a) == zn::FoldAscii(b); };
-    const auto at = std::search(in.begin(), in.end(), sought.begin(), sought.end(), same);
-    return at == in.end() && !sought.empty() ? nullptr : text + (at - in.begin());
+    const auto at = std::search(in.begin(), in.end(), sought.begin(), sought.end(), same) - in.begin();
+    return text[at] == 0 && !sought.empty() ? nullptr : text + at;
 }
 
 int zn_findskipW(const char16_t* text, int start) noexcept

@@ -40,20 +40,19 @@ constexpr std::size_t kLongestCharacter = 16; // with its escape sequences
 // The bytes up to the next place where a run of ASCII may be told from the inside of a character.
 std::string_view MultiByteRun(std::string_view bytes) noexcept
 {
-    bytes = bytes.substr(0, kRun);
-    const auto end =
-        std::find_if(bytes.begin(), bytes.end(), [](char ch) { return StandsAlone(static_cast<unsigned char>(ch)); });
-    return bytes.substr(0, static_cast<std::size_t>(end - bytes.begin()));
+    std::size_t length = 0;
+    while (length < std::min(bytes.size(), kRun) && !StandsAlone(static_cast<unsigned char>(bytes[length])))
+        ++length;
+    return bytes.substr(0, length);
 }
 
 // The units to hand over: whole characters, and where ascii says so, up to the next one of ASCII.
 std::u16string_view RunOfCharacters(std::u16string_view text, bool ascii) noexcept
 {
-    const std::size_t size = text.size();
-    text = text.substr(0, kRun + (size > kRun && IsHighSurrogate(text[kRun - 1])));
-    const auto end =
-        ascii ? std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; }) : text.end();
-    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    std::size_t length = 0;
+    while (length < std::min(text.size(), kRun) && !(ascii && text[length] < 0x80))
+        ++length;
+    return text.substr(0, length + (length == kRun && IsHighSurrogate(text[kRun - 1])));
 }
 
 // Whether the bytes below 0x80 are ASCII outside of a page's multi-byte characters, and never before 0x30

@@ -47,7 +47,7 @@ void PutSign(NumberText& text, const Spec& spec, bool negative) noexcept
         text.Prefix(' ');
 }
 
-void Uppercase(char* first, char* last) noexcept
+void Uppercase(char* first, const char* last) noexcept
 {
     for (; first != last; ++first)
         *first = *first >= 'a' && *first <= 'z' ? static_cast<char>(*first - 32) : *first;
@@ -272,6 +272,7 @@ private:
         }
     }
 
+    // NOLINTBEGIN(bugprone-branch-clone): types that are the same here differ on other platforms
     std::int64_t NextSigned(Length length) noexcept
     {
         switch (length) {
@@ -317,6 +318,7 @@ private:
             return va_arg(args_, unsigned);
         }
     }
+    // NOLINTEND(bugprone-branch-clone)
 
     void PutInteger(Spec& spec)
     {
@@ -367,11 +369,15 @@ private:
             Fill(' ', pad);
     }
 
+    static bool TakesWide(const Spec& spec) noexcept
+    {
+        return spec.length == Length::Long || (sizeof(Char) == sizeof(char16_t) && spec.length != Length::Short);
+    }
+
     void PutCharacter(const Spec& spec)
     {
         const int value = va_arg(args_, int);
-        const bool wide = spec.length == Length::Long || (sizeof(Char) == 2 && spec.length != Length::Short);
-        if (wide) {
+        if (TakesWide(spec)) {
             const auto unit = static_cast<char16_t>(value);
             PutText(spec, std::u16string_view(&unit, 1));
         } else {
@@ -382,11 +388,9 @@ private:
 
     void PutString(const Spec& spec)
     {
-        const bool wide = spec.length == Length::Long || (sizeof(Char) == 2 && spec.length != Length::Short);
-        if (wide)
-            PutText(spec, Bounded(va_arg(args_, const char16_t*), spec.precision));
-        else
-            PutText(spec, Bounded(va_arg(args_, const char*), spec.precision));
+        if (TakesWide(spec))
+            return PutText(spec, Bounded(va_arg(args_, const char16_t*), spec.precision));
+        PutText(spec, Bounded(va_arg(args_, const char*), spec.precision));
     }
 
     // A text up to its terminator, of which a precision lets only so many characters be looked at.

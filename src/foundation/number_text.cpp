@@ -50,9 +50,8 @@ Digits ShortestDigits(double value) noexcept
     return result;
 }
 
-int LayFixed(const Digits& number, char* out) noexcept
+char* LayFixed(const Digits& number, char* at) noexcept
 {
-    char* at = out;
     if (number.point <= 0) {
         *at++ = '0';
         *at++ = '.';
@@ -66,25 +65,24 @@ int LayFixed(const Digits& number, char* out) noexcept
         *at++ = '.';
         at = std::copy(number.digits + number.point, number.digits + number.count, at);
     }
-    return static_cast<int>(at - out);
+    return at;
 }
 
-int LayScientific(const Digits& number, char* out) noexcept
+char* LayScientific(const Digits& number, char* at) noexcept
 {
-    char* at = out;
     *at++ = number.digits[0];
     if (number.count > 1) {
         *at++ = '.';
         at = std::copy(number.digits + 1, number.digits + number.count, at);
     }
     *at++ = 'e';
-    return static_cast<int>(std::to_chars(at, at + 8, number.point - 1).ptr - out);
+    return std::to_chars(at, at + 8, number.point - 1).ptr;
 }
 
-int WriteMagnitude(double value, char* out) noexcept
+char* WriteMagnitude(double value, char* out) noexcept
 {
     if (value < 9007199254740992.0 && value == std::floor(value)) // whole and exact below 2^53
-        return static_cast<int>(std::to_chars(out, out + 20, static_cast<std::int64_t>(value)).ptr - out);
+        return std::to_chars(out, out + 20, static_cast<std::int64_t>(value)).ptr;
     const Digits number = ShortestDigits(value);
     return value >= 1e-5 && value < 1e17 ? LayFixed(number, out) : LayScientific(number, out);
 }
@@ -202,15 +200,10 @@ int WriteDouble(double value, Char (&out)[kNumberRoom]) noexcept
 {
     if (std::isnan(value))
         return Widen("nan", 3, out);
-    char text[kNumberRoom];
-    const int sign = std::signbit(value);
-    text[0] = '-';
-    int length = 0;
-    if (std::isinf(value))
-        length = Widen("inf", 3, text + sign);
-    else
-        length = WriteMagnitude(std::fabs(value), text + sign);
-    return Widen(text, static_cast<std::size_t>(sign + length), out);
+    char text[kNumberRoom] = {'-'};
+    char* const first = std::signbit(value) ? text + 1 : text;
+    const char* end = std::isinf(value) ? std::copy_n("inf", 3, first) : WriteMagnitude(std::fabs(value), first);
+    return Widen(text, static_cast<std::size_t>(end - text), out);
 }
 
 template <class Char>

@@ -58,7 +58,7 @@ public:
     std::size_t Finish(char* out, std::size_t room) noexcept;
 
 private:
-    void* handle_;
+    void* handle_ = nullptr;
     unsigned codePage_;
     Direction direction_;
 };

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <iconv.h>
 #include <mutex>
 
@@ -88,7 +89,7 @@ private:
 IdleConversions& Idle() noexcept
 {
     alignas(IdleConversions) static unsigned char memory[sizeof(IdleConversions)];
-    static IdleConversions* idle = new (memory) IdleConversions();
+    static auto* idle = new (memory) IdleConversions();
     return *idle;
 }
 
@@ -117,7 +118,7 @@ ConvertResult Run(iconv_t conversion, const void* input, std::size_t bytes, std:
 } // namespace
 
 CodePageConverter::CodePageConverter(unsigned codePage, Direction direction) noexcept
-    : handle_(nullptr), codePage_(codePage), direction_(direction)
+    : codePage_(codePage), direction_(direction)
 {
     const KeepErrno keep;
     const char* name = NameOf(codePage);
@@ -127,7 +128,7 @@ CodePageConverter::CodePageConverter(unsigned codePage, Direction direction) noe
     if (!conversion) {
         const bool decoding = direction == Direction::ToUtf16;
         conversion = iconv_open(decoding ? kUtf16 : name, decoding ? name : kUtf16);
-        if (conversion == reinterpret_cast<iconv_t>(-1))
+        if (reinterpret_cast<std::intptr_t>(conversion) == -1)
             return;
     }
     handle_ = conversion;

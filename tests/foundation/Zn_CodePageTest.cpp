@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstring>
 #include <random>
 #include <thread>
@@ -222,6 +223,19 @@ TEST(CodePage, ThreadsConvertSideBySide)
         thread.join();
     ZnSetLocaleCP(0);
 }
+
+#ifndef _WIN32
+TEST(CodePage, ConversionsLeaveTheLastErrorAlone)
+{
+    errno = ECONNREFUSED;
+    EXPECT_EQ(Decode("\xC7|", 949), u"\uFFFD|"); // sets the platform's error on its way
+    EXPECT_EQ(Encode(u"\u00E9", 949), "?");
+    EXPECT_EQ(zn_getlasterror(), 10061);
+    errno = 0;
+    EXPECT_EQ(zn_getlasterror(), 0);
+    EXPECT_EQ(zn::platform::ErrorNumber(99999), 31) << "one that has no counterpart";
+}
+#endif
 
 TEST(CodePage, StringsConvert)
 {
