@@ -60,6 +60,17 @@ public:
     using Base = Zn_TypedList<Zn_ColInfo, Zn_ColInfoHandler, 1>;
     using Base::Base;
 
+    // What can put a column out of name order makes look-ups scan from then on.
+    Zn_ColInfo* GetSafeItem(int index) noexcept { return Touched().Base::GetSafeItem(index); }
+    int Insert(int index, const Zn_ColInfo& column) { return Touched().Base::Insert(index, column); }
+    int InsertLink(int index, const Zn_ColInfo* column) { return Touched().Base::InsertLink(index, column); }
+    int Set(int index, const Zn_ColInfo& column, int grow = 0) { return Touched().Base::Set(index, column, grow); }
+    int SetLink(int index, const Zn_ColInfo* column, int grow = 0)
+    {
+        return Touched().Base::SetLink(index, column, grow);
+    }
+    int Exchange(int a, int b) noexcept { return Touched().Base::Exchange(a, b); }
+
     // First column, in list order, with that place in definition order; null when there is none.
     const Zn_ColInfo* GetItemByOrgIdx(int orgIdx) const noexcept;
     // Position of the column with that id, -1 for none or null. Any order of the list, one scan or a search.
@@ -90,4 +101,15 @@ public:
     static int GetTypeNo(const char16_t* name) noexcept;
     // Name of a type code, "STRING" for an unknown one; never null.
     static const char16_t* GetTypeStr(int code) noexcept;
+
+private:
+    Zn_ColList& Touched() noexcept
+    {
+        touched_ = true;
+        return *this;
+    }
+
+    int FindInOrder(std::u16string_view id) const noexcept;
+
+    bool touched_ = false;
 };

@@ -50,10 +50,26 @@ int Zn_ColList::FindId(const char16_t* id) const noexcept
 
 int Zn_ColList::FindId(std::u16string_view id) const noexcept
 {
+    if (GetOption() == 1 && !touched_)
+        return FindInOrder(id);
     for (int i = 0, n = Count(); i < n; ++i) {
         const Zn_ColInfo* column = GetItem(i);
         if (column && zn_iequal(column->id, id))
             return i;
+    }
+    return -1;
+}
+
+int Zn_ColList::FindInOrder(std::u16string_view id) const noexcept
+{
+    int low = 0;
+    int high = Count();
+    while (low < high) {
+        const int middle = low + (high - low) / 2;
+        const int order = zn_icompare(GetItemNN(middle)->id, id);
+        if (order == 0)
+            return middle;
+        (order < 0 ? low : high) = order < 0 ? middle + 1 : middle;
     }
     return -1;
 }

@@ -57,17 +57,11 @@ int Zn_DatasetList::Append(const Zn_DatasetList* other)
     return other ? AppendList(*other) : Count();
 }
 
-int Zn_DatasetAccess::AddMoved(Zn_DatasetList& list, Zn_Dataset& dataset)
+Zn_Dataset* Zn_DatasetAccess::AddEmpty(Zn_DatasetList& list, const Zn_WString& id)
 {
-    int place = list.FindId(dataset.GetId());
-    if (place < 0) {
-        Zn_Dataset* fresh = list.NewItem();
-        if (!fresh)
-            return -1;
-        fresh->SetId(dataset.GetId());
-        place = list.AddLink(fresh);
-    }
-    if (Zn_Dataset* target = list.GetSafeItem(place))
-        target->TakeTable(dataset);
-    return place;
+    Zn_Dataset* fresh = list.NewItem();
+    if (!fresh)
+        return nullptr;
+    fresh->SetId(id);
+    return list.GetSafeItem(list.AddLink(fresh));
 }

@@ -6,9 +6,10 @@
 
 class Zn_DatasetAccess {
 public:
-    // As Zn_DatasetList::AddDataset under the table's own id, but moves the contents instead of copying them: the
-    // table given is empty afterwards. Returns the position, -1 when there is no memory.
-    static int AddMoved(Zn_DatasetList& list, Zn_Dataset& dataset);
+    // Adds an empty table of an id that the list has not; null when there is no memory.
+    static Zn_Dataset* AddEmpty(Zn_DatasetList& list, const Zn_WString& id);
+    // Moves the contents of one table to another, which keeps an id of its own.
+    static void Move(Zn_Dataset& target, Zn_Dataset& source) { target.TakeTable(source); }
     // The table's nodes, into any sink of the XML writer.
     template <class Sink>
     static void WriteXml(const Zn_Dataset& dataset, Sink& sink, int dataMode)

@@ -129,5 +129,5 @@ int Zn_Dataset::LoadDataXml(const Zn_DOMElement& element, int clear)
         else if (zn_iequal(child.tag, u"record") && child.IsHaveChild())
             ReadRecord(reader, child);
     }
-    return GetRowCount();
+    return reader.IsOverdrawn() ? -1 : GetRowCount();
 }

@@ -5,6 +5,8 @@
 #include "foundation/base64.h"
 #include "foundation/number_text.h"
 
+#include <algorithm>
+
 Zn_DatasetXmlReader::Zn_DatasetXmlReader(Zn_Dataset& dataset) : dataset_(dataset)
 {
     for (const Zn_Variable& column : dataset.constColumns_)
@@ -90,7 +92,8 @@ void Zn_DatasetXmlReader::Column(const Zn_NamedStrList& attributes)
     constexpr int kTextStart = 5;
     if (column.summ & kHasText)
         column.text = summ.Mid(kTextStart);
-    if (constIds_.Find(column.id) < 0)
+    places_ -= dataset_.rows_.Count() + dataset_.orgBuffer_.Count();
+    if (!IsOverdrawn() && constIds_.Find(column.id) < 0)
         columnsChanged_ |= dataset_.AddColumn(&column) >= 0;
 }
 
@@ -112,7 +115,8 @@ void Zn_DatasetXmlReader::BeginRecord(int rowType)
 
 int Zn_DatasetXmlReader::FindColumn(std::u16string_view name, int& guess) const
 {
-    const bool isNext = guess < static_cast<int>(columns_.size()) && columns_[static_cast<std::size_t>(guess)]->id == name;
+    const bool isNext =
+        guess < static_cast<int>(columns_.size()) && columns_[static_cast<std::size_t>(guess)]->id == name;
     const int col = isNext ? guess : dataset_.columns_.FindId(name);
     guess = col + 1;
     return col;
@@ -160,7 +164,8 @@ void Zn_DatasetXmlReader::OriginalField(std::u16string_view name, std::u16string
 
 void Zn_DatasetXmlReader::Store(zn::RecordBuilder& values, int col, std::u16string_view text)
 {
-    Zn_Variant* value = values.At(col);
+    places_ += kPlacesPerField - std::max(0, col + 1 - values.Count());
+    Zn_Variant* value = IsOverdrawn() ? nullptr : values.At(col);
     if (!value)
         return;
     if (text.empty()) {

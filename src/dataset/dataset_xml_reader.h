@@ -17,6 +17,7 @@
 #include "dataset/record_builder.h"
 #include "foundation/id_index.h"
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -33,13 +34,21 @@ public:
     bool BeginOriginal();
     void OriginalField(std::u16string_view name, std::u16string_view text);
     void EndRecord();
+    // Whether the text asked for more places than it could fill: what came from then on was not kept.
+    bool IsOverdrawn() const noexcept { return places_ < 0; }
 
 private:
     int FindColumn(std::u16string_view name, int& guess) const;
     void Store(zn::RecordBuilder& values, int col, std::u16string_view text);
     void ColumnsChanged();
 
+    // A value far behind the last one makes all places between absent ones, which a short text could do over and over
+    // until no memory is left. So every field pays in some places, and empty ones are paid for.
+    static constexpr std::int64_t kPlacesToStart = 8 << 20;
+    static constexpr std::int64_t kPlacesPerField = 64;
+
     Zn_Dataset& dataset_;
+    std::int64_t places_ = kPlacesToStart;
     zn::IdIndex constIds_;
     Zn_Record* row_ = nullptr;
     Zn_Record* original_ = nullptr;
@@ -47,7 +56,7 @@ private:
     int rawRow_ = -1;
     int nextColumn_ = 0; // columns mostly come in list order
     int nextOriginalColumn_ = 0;
-    std::vector<const Zn_ColInfo*> columns_;    // of the table, in list order
+    std::vector<const Zn_ColInfo*> columns_; // of the table, in list order
     bool columnsChanged_ = false;
     zn::RecordBuilder rowValues_;
     zn::RecordBuilder originalValues_;

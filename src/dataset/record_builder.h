@@ -28,7 +28,7 @@ public:
         handler_.DropItems(values_.data(), static_cast<int>(values_.size()));
         values_.clear();
         likely_ = likely;
-        values_.reserve(static_cast<std::size_t>(likely));
+        values_.reserve(static_cast<std::size_t>(std::min(likely, kMostLikely)));
     }
     // The value of a place, made when there is none yet; null when memory runs out.
     Zn_Variant* At(int place)
@@ -39,6 +39,7 @@ public:
             value = Take();
         return static_cast<Zn_Variant*>(value);
     }
+    int Count() const noexcept { return static_cast<int>(values_.size()); }
     // Makes places absent up to a count.
     void SkipTo(int count)
     {
@@ -69,6 +70,8 @@ private:
         }
         return stock_[next_++];
     }
+
+    static constexpr int kMostLikely = 4096;
 
     Zn_VariantHandler& handler_;
     std::vector<void*> values_;

@@ -9,6 +9,7 @@
 #include "dataset/dataset_access.h"
 #include "dataset/dataset_xml_reader.h"
 #include "foundation/encoding.h"
+#include "foundation/id_index.h"
 #include "foundation/xml_escape.h"
 #include "markup/charset_declaration.h"
 #include "markup/tokenizer.h"
@@ -16,72 +17,64 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
 using View = std::u16string_view;
 
+// What a text run means as a value. Writers of messages put values there as they are, so blanks at its ends belong
+// to it; white space with a line break or a tab in it is layout.
+View ValueOf(View run, View trimmed)
+{
+    const auto isLayout = [](View ends) { return ends.find_first_not_of(u' ') != View::npos; };
+    const auto front = static_cast<std::size_t>(trimmed.data() - run.data());
+    const std::size_t back = front + trimmed.size();
+    const std::size_t start = isLayout(run.substr(0, front)) ? front : 0;
+    return run.substr(start, (isLayout(run.substr(back)) ? back : run.size()) - start);
+}
+
 // The first child of an element, as far as readers want it: its text when it is a text or character data.
-//
-// The tokenizer tells white space at the ends of a text from the text. Writers of messages put values there as they
-// are, so blanks next to a text belong to it; white space with a line break or a tab in it is layout.
 class FirstChild {
 public:
-    void Clear() noexcept { *this = FirstChild(); }
-    View Text() const noexcept { return decoded_.empty() ? text_ : View(decoded_); }
+    void Clear() noexcept
+    {
+        text_ = {};
+        seen_ = false;
+    }
+    View Text() const noexcept { return text_; }
 
     // A child without text.
-    void OnNode() noexcept
-    {
-        seen_ = true;
-        end_ = nullptr;
-    }
+    void OnNode() noexcept { seen_ = true; }
     void OnCData(View text) noexcept
     {
         if (!seen_)
             text_ = text;
-        OnNode();
+        seen_ = true;
     }
     void OnText(View text)
     {
         if (seen_)
-            return OnNode();
-        seen_ = true;
-        end_ = text.data() + text.size();
-        if (blanksEnd_ == text.data())
-            text = View(text.data() - blanks_, text.size() + blanks_);
-        text_ = text;
-        if (text.find(u'&') != View::npos)
-            zn::AppendDecodedXml(text, decoded_);
-    }
-    void OnWhiteSpace(View text)
-    {
-        if (text.find_first_not_of(u' ') != View::npos)
             return;
-        if (!seen_) {
-            blanks_ = text.size();
-            blanksEnd_ = text.data() + text.size();
-        } else if (end_ == text.data()) {
-            text_ = View(text_.data(), text_.size() + text.size());
-            if (!decoded_.empty())
-                decoded_ += text;
-        }
+        seen_ = true;
+        text_ = text;
+        if (text.find(u'&') == View::npos)
+            return;
+        decoded_.clear();
+        zn::AppendDecodedXml(text, decoded_);
+        text_ = decoded_;
     }
 
 private:
     View text_;
     std::u16string decoded_; // the text when it has references
     bool seen_ = false;
-    std::size_t blanks_ = 0; // in front of a text that may follow
-    const char16_t* blanksEnd_ = nullptr;
-    const char16_t* end_ = nullptr; // of the text just read
 };
 
 class MessageReader {
 public:
     MessageReader(Zn_VariableList& variables, Zn_DatasetList& datasets) : params_(variables), datasets_(datasets) {}
 
-    void WhiteSpace(View text);
     void Comment(View) {}
     void ProcInstr(View name, View attributes) { EmptyElement(name, attributes); }
     void Declaration(View name, View body)
@@ -96,12 +89,17 @@ public:
     }
     void StartElement(View name, View attributes);
     void EndElement(View);
-    void Text(View text) { Characters(text, &FirstChild::OnText); }
+    void TextRun(View run, View trimmed)
+    {
+        if (!trimmed.empty())
+            Characters(ValueOf(run, trimmed), &FirstChild::OnText);
+    }
     void CData(View text) { Characters(text, &FirstChild::OnCData); }
 
     // Ends every element that is still open.
     void Finish();
-    bool HasRoot() const noexcept { return rootChildren_ > 0; }
+    // Whether there was a "root" with children and every table could be kept.
+    bool IsGood() const noexcept { return rootChildren_ > 0 && !failed_; }
     unsigned CodePage() const { return codePage_; }
 
 private:
@@ -133,6 +131,9 @@ private:
     int rootChildren_ = 0;
     unsigned codePage_ = ZnGetLocaleCP();
 
+    zn::IdIndex datasetIds_;
+    std::vector<Zn_Dataset*> byId_;
+    bool failed_ = false;
     Zn_Dataset scratch_;
     std::optional<Zn_DatasetXmlReader> table_;
     Zn_DOMElement attributes_; // of the element that wants them later
@@ -233,6 +234,25 @@ void MessageReader::BeginDataset(View attributes)
     table_->Begin(Parse(attributes));
 }
 
+// The table goes under its id; one of that id that came before gives up its contents.
+void MessageReader::EndDataset()
+{
+    failed_ |= table_->IsOverdrawn();
+    const Zn_WString id = scratch_.GetId();
+    const int known = datasetIds_.Find(id);
+    Zn_Dataset* target =
+        known >= 0 ? byId_[static_cast<std::size_t>(known)] : Zn_DatasetAccess::AddEmpty(datasets_, id);
+    if (!target) {
+        failed_ = true;
+        return;
+    }
+    if (known < 0) {
+        datasetIds_.Add(id);
+        byId_.push_back(target);
+    }
+    Zn_DatasetAccess::Move(*target, scratch_);
+}
+
 void MessageReader::StartInDataset(View name, View attributes)
 {
     if (zn_iequal(name, u"record")) {
@@ -296,7 +316,7 @@ void MessageReader::EndElement(View)
         Enter(Place::Params);
         break;
     case Place::Dataset:
-        Zn_DatasetAccess::AddMoved(datasets_, scratch_);
+        EndDataset();
         Enter(Place::Root);
         break;
     case Place::Column:
@@ -334,12 +354,6 @@ FirstChild* MessageReader::OpenField() noexcept
     default:
         return nullptr;
     }
-}
-
-void MessageReader::WhiteSpace(View text)
-{
-    if (FirstChild* field = skipped_ > 0 ? nullptr : OpenField())
-        field->OnWhiteSpace(text);
 }
 
 void MessageReader::Characters(View text, Take take)
@@ -388,5 +402,5 @@ int ZnXmlStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const 
     zn::Tokenizer<MessageReader>(reader).Parse(text);
     reader.Finish();
     codePage = reader.CodePage();
-    return reader.HasRoot() ? datasets.Count() : -1;
+    return reader.IsGood() ? datasets.Count() : -1;
 }

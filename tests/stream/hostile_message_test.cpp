@@ -110,6 +110,18 @@ TEST(HostileMessage, CountsThatLie)
     EXPECT_EQ(Message().LoadBinary(std::string("\0\1\xFF\x10\x07\xD0\xFF\xFF", 8)), 0);
 }
 
+TEST(HostileMessage, FarColumnsDoNotTakeMemoryOutOfProportion)
+{
+    std::string xml = "<root><dataset id='d'>";
+    for (int i = 0; i < 20000; ++i)
+        xml += "<colinfo id='c" + std::to_string(100000 + i) + "'/>";
+    for (int i = 0; i < 20000; ++i)
+        xml += "<record><c119999>x</c119999></record>";
+    Message message;
+    EXPECT_EQ(message.LoadXml(xml), -1) << "20,000 rows of 20,000 places are refused";
+    EXPECT_LT(message.tables.GetItem(u"d")->GetRowCount(), 20001);
+}
+
 TEST(HostileMessage, TimeGrowsWithTheLength)
 {
     const auto repeat = [](const std::string& piece, int times) {
