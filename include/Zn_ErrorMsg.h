@@ -66,9 +66,9 @@ public:
     }
     virtual ~Zn_ErrorMsg();
 
-    // The template of a code for a person: in the language of the code page (0: the locale's; a language
-    // that has no table: the default table's), filled with the parameters of a message. A placeholder
-    // without a parameter is filled with nothing. 1, or 0 with out emptied.
+    // The text of a code for a person: in the language of the code page (0: the locale's), or as the default
+    // table has it when there is no such language or its table lacks the code; filled with the parameters of a
+    // message. A placeholder without a parameter is filled with nothing. 1, or 0 with out emptied.
     int GetText(unsigned codePage, Zn_WString& out, int code, const Zn_WStrList& params) const;
 
     // The template itself: 1, or 0 with out emptied. A table found under the code page asked for, and the
@@ -88,8 +88,7 @@ public:
     // The 8-bit template, or null. Looks for the code page as it is given, then in the default table.
     const char* GetMsgPtr(unsigned codePage, int code) const noexcept;
 
-    // The rows that GetText reads for a code page, for listing; null when the language's table is. And one
-    // such row's text.
+    // The table that GetText looks into first, for listing it, and the text of one of its rows. The table may be null.
     const Zn_ErrorMsgRow* GetTable(unsigned codePage) const noexcept { return FindForReader(codePage).rows; }
     Zn_WString GetRowText(unsigned codePage, const Zn_ErrorMsgRow& row) const;
 
@@ -104,6 +103,7 @@ private:
     const Zn_ErrorMsgLanguage* FindLanguage(unsigned codePage) const noexcept;
     Table FindTable(unsigned codePage) const noexcept;
     Table FindForReader(unsigned codePage) const noexcept;
+    Table DefaultForReader() const noexcept;
     int FillMsg(unsigned codePage, Zn_WString& out, int code, std::span<const Zn_MsgParam> params) const;
 
     const Zn_ErrorMsgRow* defaultTable_;

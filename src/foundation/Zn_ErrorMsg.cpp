@@ -45,16 +45,22 @@ Zn_ErrorMsg::Table Zn_ErrorMsg::FindForReader(unsigned codePage) const noexcept
 {
     const unsigned active = zn_activecodepage(codePage);
     const Zn_ErrorMsgLanguage* entry = FindLanguage(active);
-    const Zn_ErrorMsgRow* rows = entry ? entry->rows : defaultTable_;
-    if (rows == zn::messages::kDefaultTable)
-        return {rows, zn::messages::kDefaultTableCodePage};
-    return {rows, entry ? active : 0};
+    return entry && entry->rows != defaultTable_ ? Table{entry->rows, active} : DefaultForReader();
+}
+
+Zn_ErrorMsg::Table Zn_ErrorMsg::DefaultForReader() const noexcept
+{
+    return {defaultTable_, defaultTable_ == zn::messages::kDefaultTable ? zn::messages::kDefaultTableCodePage : 0};
 }
 
 int Zn_ErrorMsg::GetText(unsigned codePage, Zn_WString& out, int code, const Zn_WStrList& params) const
 {
-    const Table table = FindForReader(codePage);
+    Table table = FindForReader(codePage);
     const char* text = FindRow(table.rows, code);
+    if (!text) {
+        table = DefaultForReader();
+        text = FindRow(table.rows, code);
+    }
     if (!text) {
         out.Empty();
         return 0;

@@ -205,7 +205,10 @@ TEST(Zn_ErrorMsg, TakesTablesOfTheProgramsOwn)
         EXPECT_EQ(texts.GetMsg(codePage, out, 1), 0) << "a language without rows";
         EXPECT_TRUE(out.IsEmpty());
         EXPECT_EQ(texts.GetMsgPtr(codePage, 1), nullptr);
-        EXPECT_EQ(texts.GetText(codePage, out, 1, Zn_WStrList()), 0);
+        EXPECT_EQ(texts.GetText(codePage, out, 1, Zn_WStrList()), 1);
+        EXPECT_EQ(out, u"one ") << "for a person the default table's text is better than none";
+        EXPECT_EQ(texts.GetText(codePage, out, 2, Zn_WStrList()), 0);
+        EXPECT_TRUE(out.IsEmpty());
     }
     EXPECT_EQ(texts.GetPMsg(3, out, 1, 5), 1);
     EXPECT_EQ(out, u"one 5");
