@@ -3,6 +3,7 @@
 #include "ZnClassLib.h"
 
 #include <iostream>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -29,8 +30,8 @@ public:
 
 class OrderLine : public Object {
 public:
-    OrderLine(const Zn_WString& product, const Zn_Currency& price, int quantity)
-        : product_(product), price_(price), quantity_(quantity)
+    OrderLine(Zn_WString product, const Zn_Currency& price, int quantity)
+        : product_(std::move(product)), price_(price), quantity_(quantity)
     {
     }
     Zn_WString GetID() override { return product_; }
@@ -55,7 +56,7 @@ private:
 
 class Order : public Object {
 public:
-    explicit Order(const Zn_WString& number) : number_(number) {}
+    explicit Order(Zn_WString number) : number_(std::move(number)) {}
 
     Zn_WString GetID() override { return number_; }
     Zn_Result GetProperty(Zn_VarObjectCtx*, const char16_t* name, const Zn_VariantList*, Zn_Variant& value) override

@@ -16,6 +16,7 @@
 #include <concepts>
 #include <cstdarg>
 #include <span>
+#include <utility>
 
 struct Zn_ErrorMsgRow {
     std::uint32_t code;
@@ -32,7 +33,7 @@ class ZN_API Zn_MsgParam {
 public:
     enum class Kind { Text, Integer, Decimal };
 
-    Zn_MsgParam(const Zn_WString& text) : text_(text) {}
+    Zn_MsgParam(Zn_WString text) noexcept : text_(std::move(text)) {}
     Zn_MsgParam(const char16_t* text) : text_(text) {}
     // 8-bit text in the locale's code page.
     Zn_MsgParam(const char* text) : text_(text, -1, 0) {}

@@ -41,7 +41,6 @@ public:
 
     // By field: time, source and text as texts, level and code as numbers.
     friend bool operator==(const Zn_LogMsg&, const Zn_LogMsg&) noexcept = default;
-    friend std::strong_ordering operator<=>(const Zn_LogMsg&, const Zn_LogMsg&) noexcept = default;
 
     static void InitWithMemory(Zn_LogMsg* memory) { Zn_InitInPlace(memory); }
     static void FreeWithMemory(Zn_LogMsg* message) { Zn_FreeInPlace(message); }

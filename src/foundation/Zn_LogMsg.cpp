@@ -1,6 +1,8 @@
 #include "Zn_LogMsg.h"
 
 #include <algorithm>
+#include <compare>
+#include <tuple>
 
 namespace {
 
@@ -162,8 +164,13 @@ int Zn_LogMsg::SetLine(std::u16string_view line)
 
 int Zn_LogMsgHandler::_CompareItem(void* a, void* b)
 {
-    const auto order = *static_cast<const Zn_LogMsg*>(a) <=> *static_cast<const Zn_LogMsg*>(b);
-    return order < 0 ? -1 : order > 0 ? 1 : 0;
+    const auto fields = [](void* item) {
+        const Zn_LogMsg& message = *static_cast<const Zn_LogMsg*>(item);
+        return std::make_tuple(message.GetTime().GetView(), message.GetLevel(), message.GetSource().GetView(),
+                               message.GetCode(), message.GetText().GetView());
+    };
+    const auto order = fields(a) <=> fields(b);
+    return std::is_lt(order) ? -1 : std::is_gt(order) ? 1 : 0;
 }
 
 Zn_LogMsgHandler& Zn_LogMsgHandler::Instance()

@@ -7,7 +7,6 @@
 namespace {
 
 using zn::messages::IsOneOf;
-using zn::messages::Placeholder;
 
 // Flags, width and precision of a placeholder, unless they ask for a field of more than three digits.
 std::u16string_view SafeFlags(std::u16string_view flags) noexcept

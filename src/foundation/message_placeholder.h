@@ -18,7 +18,7 @@ struct Placeholder {
 
 constexpr bool IsOneOf(char16_t ch, std::string_view set) noexcept
 {
-    return ch < 0x80 && set.find(static_cast<char>(ch)) != set.npos;
+    return ch < 0x80 && set.find(static_cast<char>(ch)) != std::string_view::npos;
 }
 
 // The next placeholder at or after a position.

@@ -10,7 +10,6 @@
 
 namespace {
 
-using zn::OperandKind;
 using zn::OperatorTable;
 
 constexpr double kSmallestDivisor = 1e-15;

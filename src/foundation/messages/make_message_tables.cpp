@@ -12,7 +12,6 @@
 
 #include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <optional>
@@ -108,10 +107,10 @@ std::string PlaceholdersOf(std::string_view text)
 Row ReadRow(std::string_view line, unsigned codePage)
 {
     const std::size_t blank = line.find(' ');
-    if (blank == line.npos || blank + 1 == line.size())
+    if (blank == std::string_view::npos || blank + 1 == line.size())
         throw Refusal{"a row without text"};
     std::string_view head = line.substr(0, blank);
-    if (const std::size_t at = head.find('@'); at != head.npos) {
+    if (const std::size_t at = head.find('@'); at != std::string_view::npos) {
         const auto page = ReadNumber<unsigned>(head.substr(at + 1), 10);
         if (!page)
             throw Refusal{"a bad code page"};
@@ -164,15 +163,22 @@ Table ReadTable(const std::string& fileName, unsigned codePage, const Table* ori
     return table;
 }
 
+// A number in as many digits.
+std::string Digits(std::uint32_t number, unsigned base, int count)
+{
+    std::string digits(static_cast<std::size_t>(count), '0');
+    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, number /= base)
+        *digit = "0123456789ABCDEF"[number % base];
+    return digits;
+}
+
 std::string Quoted(std::string_view bytes)
 {
     std::string out = "\"";
     for (const char ch : bytes) {
         const auto byte = static_cast<unsigned char>(ch);
-        char escape[8];
         if (byte < 0x20 || byte >= 0x7F) {
-            std::snprintf(escape, sizeof escape, "\\%03o", static_cast<unsigned>(byte));
-            out += escape;
+            out += '\\' + Digits(byte, 8, 3);
         } else {
             if (ch == '"' || ch == '\\')
                 out += '\\';
@@ -180,13 +186,6 @@ std::string Quoted(std::string_view bytes)
         }
     }
     return out + '"';
-}
-
-std::string Hex(std::uint32_t code)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%08lXu", static_cast<unsigned long>(code));
-    return text;
 }
 
 std::string SourceOf(const std::vector<Table>& tables)
@@ -200,7 +199,8 @@ std::string SourceOf(const std::vector<Table>& tables)
         const std::string name = i == 0 ? "kDefaultTable" : "kTable" + std::to_string(tables[i].codePage);
         out << (i == 0 ? "\nconst" : "\nstatic constexpr") << " Zn_ErrorMsgRow " << name << "[] = {\n";
         for (const Row& row : tables[i].rows)
-            out << "    {" << Hex(row.code) << ", " << Quoted(row.bytes) << "},\n";
+            out << "    {"
+                << "0x" << Digits(row.code, 16, 8) << "u, " << Quoted(row.bytes) << "},\n";
         out << "    {0, nullptr},\n};\n";
         directory += "    {" + std::to_string(tables[i].codePage) + ", " + name + "},\n";
     }
