@@ -1,0 +1,158 @@
+#include "commands.h"
+
+#include "cell_text.h"
+#include "csv.h"
+#include "files.h"
+#include "output_options.h"
+#include "progress.h"
+#include "table_states.h"
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <memory>
+
+namespace zntool {
+namespace {
+
+struct Options {
+    std::string in;
+    std::string out;
+    OutputWishes wishes;
+    std::string dataset;
+    std::vector<std::string> types;
+    std::string delimiter = ",";
+    std::string from;
+};
+
+constexpr unsigned kUtf8 = 65001;
+
+char DelimiterOf(const Options& options)
+{
+    const std::string& text = options.delimiter;
+    if (text == "tab" || text == "\\t")
+        return '\t';
+    if (text.size() != 1 || text[0] == '"' || text[0] == '\r' || text[0] == '\n')
+        throw Failure(BadUsage, "--delimiter " + text + ": give one character, or tab");
+    return text[0];
+}
+
+Message ReadCsvMessage(const Options& options)
+{
+    Message message;
+    message.label = FileLabel(options.in);
+    message.encoding = Encoding::Csv;
+    message.codePage = message.paramCodePage = kUtf8;
+    std::string name = options.dataset;
+    if (name.empty() && options.in != "-")
+        name = std::filesystem::path(options.in).stem().string();
+    if (name.empty())
+        throw Failure(BadUsage, "--dataset NAME is needed: standard input does not name the table");
+    const ColumnTypes types = ParseColumnTypes(options.types);
+    const Progress progress("reading " + message.label);
+    const Zn_Buffer bytes = ReadFile(options.in);
+    Zn_Dataset& table = *message.tables.GetSafeItem(0, 1);
+    table.Change2CodePage(kUtf8);
+    table.SetId(Zn_WString::FromUtf8(name));
+    ReadCsv({reinterpret_cast<const char*>(bytes.GetData()), bytes.GetSpan().size()}, message.label, DelimiterOf(options),
+            types, table);
+    return message;
+}
+
+// What a message has and CSV has no place for.
+std::string LeftOutOfCsv(const Message& message, const Zn_Dataset& table)
+{
+    const States states = CountStates(table);
+    std::string text = "types and sizes of the columns";
+    for (const auto& [count, what] :
+         {std::pair(message.params.Count(), " parameters"), std::pair(message.tables.Count() - 1, " other tables"),
+          std::pair(table.GetConstCount(), " constant columns"), std::pair(states.inserted + states.updated, " row states"),
+          std::pair(states.originals, " originals"), std::pair(states.deleted, " deleted rows")}) {
+        if (count > 0)
+            text += ", " + std::to_string(count) + what;
+    }
+    return text;
+}
+
+void WriteCsvFile(Message& message, const Options& options)
+{
+    if (options.dataset.empty() && message.tables.Count() != 1)
+        throw Failure(BadUsage, "--dataset NAME is needed: CSV holds one table (there is: " + TableNames(message) + ")");
+    const Zn_Dataset& table = options.dataset.empty() ? *message.tables[0] : FindTable(message, options.dataset);
+    const std::string label = FileLabel(options.out, true);
+    {
+        const Progress progress("writing " + label);
+        WriteFile(options.out, WriteCsv(table, DelimiterOf(options)));
+    }
+    Complain(label + ": " + ToUtf8(table.GetId().GetView()) + ": CSV has no place for " + LeftOutOfCsv(message, table));
+}
+
+// One table of the message alone.
+void KeepTable(Message& message, const std::string& name)
+{
+    const Zn_Dataset* kept = &FindTable(message, name);
+    for (int i = message.tables.Count() - 1; i >= 0; --i) {
+        if (message.tables[i] != kept)
+            message.tables.Delete(i);
+    }
+}
+
+void SayUnchangedRows(const Message& message, const std::string& out)
+{
+    int left = 0;
+    for (const Zn_Dataset& table : message.tables)
+        left += CountStates(table).normal;
+    if (left > 0)
+        Complain(FileLabel(out, true) + ": mode 2 leaves out " + std::to_string(left) + " rows that did not change");
+}
+
+void Convert(const Options& options)
+{
+    const Encoding encoding = OutputEncoding(options.out, options.wishes, std::nullopt);
+    const bool fromCsv = options.from.empty() ? HasExtension(options.in, ".csv") : options.from == "csv";
+    if (!options.types.empty() && !fromCsv)
+        throw Failure(BadUsage, "--types goes with CSV as IN; other messages know their types");
+    Message message = fromCsv ? ReadCsvMessage(options) : ReadWholeMessage(options.in);
+    if (encoding == Encoding::Csv)
+        return WriteCsvFile(message, options);
+    if (!options.dataset.empty() && !fromCsv)
+        KeepTable(message, options.dataset);
+    WriteMessage(message, options.out, options.wishes);
+    if (options.wishes.mode == ChangesOnly)
+        SayUnchangedRows(message, options.out);
+}
+
+constexpr const char* kFooter =
+    "The form of OUT follows --to, else the extension .xml, .bin or .csv. The form of IN is told by content; CSV by the\n"
+    "extension .csv or --from csv. Mode 1 loses nothing: a message without changes is the same in modes 0 and 1, one that\n"
+    "holds changed rows alone (mode 2) stays so. The code page is that of IN; CSV is UTF-8 always.\n"
+    "CSV without --types: a column whose values are all dates (YYYYMMDD) is DATE, whole numbers INT, numbers DECIMAL,\n"
+    "any other STRING; numbers with leading zeros stay text. An empty field is no value, \"\" an empty text.\n"
+    "What the form of OUT can't hold is said on standard error.\n"
+    "Examples: zn convert store.bin store.xml\n"
+    "          zn convert store.bin - --to csv --dataset invoices | head\n"
+    "          zn convert prices.csv prices.bin --types Id:INT,Price:CURRENCY,Note:STRING:80";
+
+} // namespace
+
+void AddConvert(CLI::App& app, ExitCode&)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = app.add_subcommand("convert", "Convert between XML, binary and CSV");
+    command->add_option("IN", options->in, "the message to read, or -")->required();
+    command->add_option("OUT", options->out, "the file to write, or -")->required();
+    AddEncodingOption(*command, options->wishes, true);
+    AddModeOption(*command, options->wishes);
+    AddCodePageOption(*command, options->wishes);
+    command->add_option("-d,--dataset", options->dataset, "this table alone; for CSV as IN: what to call it")->type_name("NAME");
+    command->add_option("--from", options->from, "the form of IN, whatever it is called; only CSV is not told by content")
+        ->transform(CLI::IsMember({"xml", "bin", "csv"}, CLI::ignore_case))
+        ->type_name("xml|bin|csv");
+    command->add_option("--types", options->types, "types of CSV columns, as Id:INT,Total:DECIMAL,City:STRING:40")
+        ->type_name("NAME:TYPE,...")->delimiter(',')->expected(1);
+    command->add_option("--delimiter", options->delimiter, "of CSV fields; tab for a tabulator")->type_name("CHARACTER");
+    command->footer(kFooter);
+    command->callback([options] { Convert(*options); });
+}
+
+} // namespace zntool
