@@ -88,8 +88,10 @@ public:
         const Key first = order.empty() ? Key() : Key{base.GetColID(order[0])};
         const std::string name = ToUtf8(changes.GetId().GetView());
         if (first.empty() || !HasColumns(changes, first) || !IsUnique(base, first))
-            throw Failure(BadUsage, base_.label + ": " + name + ": no key finds its rows; say --key " + name + ":COLUMN");
-        Complain(base_.label + ": " + name + ": no key is given that fits; rows are found by " + KeyName(first));
+            throw Failure(BadUsage,
+                          base_.label + ": " + name + ": no key finds its rows; say --key " + name + ":COLUMN");
+        Complain(base_.label + ": " + name + ": rows are found by " + KeyName(first) +
+                 ", whose values are unique; --key " + name + ":COLUMN says otherwise");
         return first;
     }
 
@@ -107,8 +109,8 @@ private:
     Key CheckBoth(const Key& key, const Zn_Dataset& base, const Zn_Dataset& changes) const
     {
         if (!HasColumns(base, key) || !HasColumns(changes, key))
-            throw Failure(BadUsage, base_.label + ": " + ToUtf8(changes.GetId().GetView()) + ": the key " + KeyName(key) +
-                                        " is not a column of both messages");
+            throw Failure(BadUsage, base_.label + ": " + ToUtf8(changes.GetId().GetView()) + ": the key " +
+                                        KeyName(key) + " is not a column of both messages");
         return key;
     }
 
@@ -173,12 +175,18 @@ void Apply(const Options& options)
 }
 
 constexpr const char* kFooter =
-    "CHANGES is a message of mode 1 or 2, XML or binary. An updated row is found in BASE by the key of its original, a\n"
-    "deleted one by its own; of an updated row the cells that changed are stored. Rows that are missing, are there already,\n"
-    "or hold something else than they held for the sender are conflicts: they are listed and nothing is written, unless\n"
-    "--force leaves out what is missing and takes the sender's values for the rest. OUT holds normal rows; with --track it\n"
-    "remembers the changes. Inserted rows go to the end, or, when CHANGES holds every row (mode 1), where they stand there.\n"
-    "A key counts for every table in which its values are unique, TABLE:COLUMN for one table, and COLUMN+COLUMN is a key of\n"
+    "CHANGES is a message of mode 1 or 2, XML or binary. An updated row is found in BASE by the key of its original, "
+    "a\n"
+    "deleted one by its own; of an updated row the cells that changed are stored. Rows that are missing, are there "
+    "already,\n"
+    "or hold something else than they held for the sender are conflicts: they are listed and nothing is written, "
+    "unless\n"
+    "--force leaves out what is missing and takes the sender's values for the rest. OUT holds normal rows; with "
+    "--track it\n"
+    "remembers the changes. Inserted rows go to the end, or, when CHANGES holds every row (mode 1), where they stand "
+    "there.\n"
+    "A key counts for every table in which its values are unique, TABLE:COLUMN for one table, and COLUMN+COLUMN is a "
+    "key of\n"
     "several columns. A table that no key fits is keyed by its first column when the values of that are unique.\n"
     "Example: zn apply store.bin changes.bin new.bin --key customers:CustomerId --key invoices:InvoiceId";
 
@@ -192,7 +200,8 @@ void AddApply(CLI::App& app, ExitCode&)
     command->add_option("CHANGES", options->changes, "the message that holds the changes, or -")->required();
     command->add_option("OUT", options->out, "the file to write, or -; may be BASE")->required();
     command->add_option("-k,--key", options->keys, "how rows are found; may be given again")
-        ->type_name("[TABLE:]COLUMN[+COLUMN]")->expected(1);
+        ->type_name("[TABLE:]COLUMN[+COLUMN]")
+        ->allow_extra_args(false);
     command->add_flag("--force", options->force, "apply in spite of conflicts");
     command->add_flag("--track", options->track, "let OUT remember the changes");
     AddModeOption(*command, options->wishes);

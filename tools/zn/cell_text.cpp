@@ -99,11 +99,17 @@ bool Take(const std::optional<T>& read, Zn_Variant& value)
     return read.has_value();
 }
 
-int TwoDigits(std::u16string_view text, std::size_t pos) { return (text[pos] - u'0') * 10 + text[pos + 1] - u'0'; }
+int TwoDigits(std::u16string_view text, std::size_t pos)
+{
+    return (text[pos] - u'0') * 10 + text[pos + 1] - u'0';
+}
 
 } // namespace
 
-std::string ToUtf8(std::u16string_view text) { return Zn_WString(text).ToUtf8(); }
+std::string ToUtf8(std::u16string_view text)
+{
+    return Zn_WString(text).ToUtf8();
+}
 
 bool FromUtf8(std::string_view bytes, Zn_WString& text)
 {
@@ -111,7 +117,10 @@ bool FromUtf8(std::string_view bytes, Zn_WString& text)
     return text.ToUtf8() == bytes;
 }
 
-bool IsNothing(const Zn_Variant* value) { return !value || value->type <= Zn_Variant::Null; }
+bool IsNothing(const Zn_Variant* value)
+{
+    return !value || value->type <= Zn_Variant::Null;
+}
 
 bool SaysSame(const Zn_Variant* a, const Zn_Variant* b)
 {
@@ -178,9 +187,15 @@ std::string ParseValue(std::u16string_view text, short columnType, Zn_Variant& v
     return read ? std::string() : "'" + ToUtf8(text) + "' is no " + ToUtf8(Zn_ColList::GetTypeStr(columnType)) + form;
 }
 
-bool IsInt(std::u16string_view text) { return ReadNumber<std::int32_t>(text).has_value(); }
+bool IsInt(std::u16string_view text)
+{
+    return ReadNumber<std::int32_t>(text).has_value();
+}
 
-bool IsDecimal(std::u16string_view text) { return ReadDecimal(text).has_value(); }
+bool IsDecimal(std::u16string_view text)
+{
+    return ReadDecimal(text).has_value();
+}
 
 bool IsDate(std::u16string_view text)
 {

@@ -28,8 +28,8 @@ std::u16string TextOf(const Zn_Variant* value);
 // Reads a text as a value of a column type. Returns the empty text, or why it is none: "'abc' is no INT".
 std::string ParseValue(std::u16string_view text, short columnType, Zn_Variant& value);
 
-bool IsInt(std::u16string_view text);      // a whole number of 32 bits
+bool IsInt(std::u16string_view text); // a whole number of 32 bits
 bool IsDecimal(std::u16string_view text);
-bool IsDate(std::u16string_view text);     // YYYYMMDD, and hours, minutes and seconds if they follow
+bool IsDate(std::u16string_view text); // YYYYMMDD, and hours, minutes and seconds if they follow
 
 } // namespace zntool

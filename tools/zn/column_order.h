@@ -14,9 +14,8 @@ inline std::vector<int> DefinitionOrder(const Zn_Dataset& table)
     std::vector<int> order;
     for (int col = 0; col < table.GetNormalCount(); ++col)
         order.push_back(col);
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-        return table.GetColInfo(a)->GetOrgIdx() < table.GetColInfo(b)->GetOrgIdx();
-    });
+    std::stable_sort(order.begin(), order.end(),
+                     [&](int a, int b) { return table.GetColInfo(a)->GetOrgIdx() < table.GetColInfo(b)->GetOrgIdx(); });
     return order;
 }
 

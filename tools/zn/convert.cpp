@@ -54,22 +54,23 @@ Message ReadCsvMessage(const Options& options)
     Zn_Dataset& table = *message.tables.GetSafeItem(0, 1);
     table.Change2CodePage(kUtf8);
     table.SetId(Zn_WString::FromUtf8(name));
-    ReadCsv({reinterpret_cast<const char*>(bytes.GetData()), bytes.GetSpan().size()}, message.label, DelimiterOf(options),
-            types, table);
+    ReadCsv({reinterpret_cast<const char*>(bytes.GetData()), bytes.GetSpan().size()}, message.label,
+            DelimiterOf(options), types, table);
     return message;
 }
 
-// What a message has and CSV has no place for.
+// What a message has, types of columns apart, and CSV has no place for; empty for nothing.
 std::string LeftOutOfCsv(const Message& message, const Zn_Dataset& table)
 {
     const States states = CountStates(table);
-    std::string text = "types and sizes of the columns";
+    std::string text;
     for (const auto& [count, what] :
          {std::pair(message.params.Count(), " parameters"), std::pair(message.tables.Count() - 1, " other tables"),
-          std::pair(table.GetConstCount(), " constant columns"), std::pair(states.inserted + states.updated, " row states"),
-          std::pair(states.originals, " originals"), std::pair(states.deleted, " deleted rows")}) {
+          std::pair(table.GetConstCount(), " constant columns"),
+          std::pair(states.inserted + states.updated, " row states"), std::pair(states.originals, " originals"),
+          std::pair(states.deleted, " deleted rows")}) {
         if (count > 0)
-            text += ", " + std::to_string(count) + what;
+            text += (text.empty() ? "" : ", ") + std::to_string(count) + what;
     }
     return text;
 }
@@ -77,14 +78,17 @@ std::string LeftOutOfCsv(const Message& message, const Zn_Dataset& table)
 void WriteCsvFile(Message& message, const Options& options)
 {
     if (options.dataset.empty() && message.tables.Count() != 1)
-        throw Failure(BadUsage, "--dataset NAME is needed: CSV holds one table (there is: " + TableNames(message) + ")");
+        throw Failure(BadUsage,
+                      "--dataset NAME is needed: CSV holds one table (there is: " + TableNames(message) + ")");
     const Zn_Dataset& table = options.dataset.empty() ? *message.tables[0] : FindTable(message, options.dataset);
     const std::string label = FileLabel(options.out, true);
     {
         const Progress progress("writing " + label);
         WriteFile(options.out, WriteCsv(table, DelimiterOf(options)));
     }
-    Complain(label + ": " + ToUtf8(table.GetId().GetView()) + ": CSV has no place for " + LeftOutOfCsv(message, table));
+    const std::string left = LeftOutOfCsv(message, table);
+    if (!left.empty())
+        Complain(label + ": " + ToUtf8(table.GetId().GetView()) + ": CSV has no place for " + left);
 }
 
 // One table of the message alone.
@@ -123,9 +127,12 @@ void Convert(const Options& options)
 }
 
 constexpr const char* kFooter =
-    "The form of OUT follows --to, else the extension .xml, .bin or .csv. The form of IN is told by content; CSV by the\n"
-    "extension .csv or --from csv. Mode 1 loses nothing: a message without changes is the same in modes 0 and 1, one that\n"
-    "holds changed rows alone (mode 2) stays so. The code page is that of IN; CSV is UTF-8 always.\n"
+    "The form of OUT follows --to, else the extension .xml, .bin or .csv. The form of IN is told by content; CSV by "
+    "the\n"
+    "extension .csv or --from csv. Mode 1 loses nothing: a message without changes is the same in modes 0 and 1, one "
+    "that\n"
+    "holds changed rows alone (mode 2) stays so. The code page is that of IN; CSV is UTF-8 and\n"
+    "tells neither types nor sizes of columns.\n"
     "CSV without --types: a column whose values are all dates (YYYYMMDD) is DATE, whole numbers INT, numbers DECIMAL,\n"
     "any other STRING; numbers with leading zeros stay text. An empty field is no value, \"\" an empty text.\n"
     "What the form of OUT can't hold is said on standard error.\n"
@@ -144,13 +151,18 @@ void AddConvert(CLI::App& app, ExitCode&)
     AddEncodingOption(*command, options->wishes, true);
     AddModeOption(*command, options->wishes);
     AddCodePageOption(*command, options->wishes);
-    command->add_option("-d,--dataset", options->dataset, "this table alone; for CSV as IN: what to call it")->type_name("NAME");
-    command->add_option("--from", options->from, "the form of IN, whatever it is called; only CSV is not told by content")
-        ->transform(CLI::IsMember({"xml", "bin", "csv"}, CLI::ignore_case))
+    command->add_option("-d,--dataset", options->dataset, "this table alone; for CSV as IN: what to call it")
+        ->type_name("NAME");
+    command
+        ->add_option("--from", options->from, "the form of IN, whatever it is called; only CSV is not told by content")
+        ->transform(CLI::IsMember({"xml", "bin", "csv"}, CLI::ignore_case).description(""))
         ->type_name("xml|bin|csv");
     command->add_option("--types", options->types, "types of CSV columns, as Id:INT,Total:DECIMAL,City:STRING:40")
-        ->type_name("NAME:TYPE,...")->delimiter(',')->expected(1);
-    command->add_option("--delimiter", options->delimiter, "of CSV fields; tab for a tabulator")->type_name("CHARACTER");
+        ->type_name("NAME:TYPE,...")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    command->add_option("--delimiter", options->delimiter, "of CSV fields; tab for a tabulator")
+        ->type_name("CHARACTER");
     command->footer(kFooter);
     command->callback([options] { Convert(*options); });
 }

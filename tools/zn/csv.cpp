@@ -62,7 +62,8 @@ private:
     // Years that an eight-digit number is more likely to mean than anything else.
     static bool IsYearMonthDay(std::string_view text)
     {
-        return text.size() == 8 && text >= "19000101" && text < "22000101" && IsDate(std::u16string(text.begin(), text.end()));
+        return text.size() == 8 && text >= "19000101" && text < "22000101" &&
+               IsDate(std::u16string(text.begin(), text.end()));
     }
 
     bool seen_ = false;
@@ -76,7 +77,9 @@ private:
 class CsvReader {
 public:
     CsvReader(const CsvRecords& records, const std::string& label, const ColumnTypes& types, Zn_Dataset& table)
-        : records_(records), label_(label), types_(types), table_(table) {}
+        : records_(records), label_(label), types_(types), table_(table)
+    {
+    }
 
     void Read()
     {
@@ -217,8 +220,9 @@ private:
 
 void AppendField(const std::string& text, bool quoteEmpty, char delimiter, std::string& out)
 {
-    const bool quote = text.empty() ? quoteEmpty
-                                    : text.find_first_of("\"\r\n") != std::string::npos || text.find(delimiter) != std::string::npos;
+    const bool quote =
+        text.empty() ? quoteEmpty
+                     : text.find_first_of("\"\r\n") != std::string::npos || text.find(delimiter) != std::string::npos;
     if (!quote) {
         out += text;
         return;
@@ -242,7 +246,8 @@ ColumnTypes ParseColumnTypes(const std::vector<std::string>& items)
         const std::size_t second = std::min(item.find(':', colon + 1), item.size());
         const std::string name = item.substr(0, colon);
         ColumnType type;
-        const Zn_WString word = Zn_WString::FromUtf8(colon == std::string::npos ? "" : item.substr(colon + 1, second - colon - 1));
+        const Zn_WString word =
+            Zn_WString::FromUtf8(colon == std::string::npos ? "" : item.substr(colon + 1, second - colon - 1));
         type.type = static_cast<short>(Zn_ColList::GetTypeNo(word));
         bool good = !name.empty() && zn_iequal(word, std::u16string_view(Zn_ColList::GetTypeStr(type.type)));
         if (second < item.size()) {
@@ -251,8 +256,9 @@ ColumnTypes ParseColumnTypes(const std::vector<std::string>& items)
             good = good && error == std::errc() && stop == end && type.size >= 0;
         }
         if (!good)
-            throw Failure(BadUsage, "--types " + item + ": give NAME:TYPE or NAME:TYPE:SIZE, TYPE being STRING, INT, DECIMAL, "
-                                                        "CURRENCY, DATE, BLOB, URL or CHAR");
+            throw Failure(BadUsage, "--types " + item +
+                                        ": give NAME:TYPE or NAME:TYPE:SIZE, TYPE being STRING, INT, DECIMAL, "
+                                        "CURRENCY, DATE, BLOB, URL or CHAR");
         types[name] = type;
     }
     return types;
@@ -280,7 +286,8 @@ std::string WriteCsv(const Zn_Dataset& table, char delimiter)
     return out;
 }
 
-void ReadCsv(std::string_view bytes, const std::string& label, char delimiter, const ColumnTypes& types, Zn_Dataset& table)
+void ReadCsv(std::string_view bytes, const std::string& label, char delimiter, const ColumnTypes& types,
+             Zn_Dataset& table)
 {
     const CsvRecords records(bytes, label, delimiter);
     CsvReader(records, label, types, table).Read();

@@ -14,7 +14,7 @@ namespace zntool {
 
 struct ColumnType {
     short type = Zn_ColInfo::String;
-    short size = -1;    // -1: what the values need
+    short size = -1; // -1: what the values need
 };
 // By column name.
 using ColumnTypes = std::map<std::string, ColumnType>;
@@ -28,6 +28,7 @@ std::string WriteCsv(const Zn_Dataset& table, char delimiter);
 // Fills an empty table. A column that types does not name gets the narrowest type that all of its values fit: DATE
 // (YYYYMMDD), INT, DECIMAL, else STRING; numbers with leading zeros or more than 15 digits are texts. A byte order
 // mark is passed over. Fails naming file and line.
-void ReadCsv(std::string_view bytes, const std::string& label, char delimiter, const ColumnTypes& types, Zn_Dataset& table);
+void ReadCsv(std::string_view bytes, const std::string& label, char delimiter, const ColumnTypes& types,
+             Zn_Dataset& table);
 
 } // namespace zntool

@@ -9,12 +9,12 @@
 namespace zntool {
 
 struct CsvField {
-    std::string_view text;  // without quotes
+    std::string_view text; // without quotes
     bool quoted = false;
 };
 
 struct CsvRecord {
-    std::size_t first = 0;  // of its fields
+    std::size_t first = 0; // of its fields
     std::size_t count = 0;
     int line = 0;
 };

@@ -50,8 +50,10 @@ constexpr const char* kFooter =
     "Commands, each one argument or one line of a script:\n"
     "  set TABLE ROW COLUMN=VALUE ...     insert TABLE COLUMN=VALUE ...     delete TABLE ROW\n"
     "  constant TABLE COLUMN=VALUE ...    param NAME=VALUE ...\n"
-    "ROW is the number that show prints (deleting a row moves no numbers; inserted rows count on), or COLUMN=VALUE for the\n"
-    "one row with that value. A value with blanks stands in double quotes, where \\\" \\\\ \\n \\r \\t \\uXXXX are known. DATE is\n"
+    "ROW is the number that show prints (deleting a row moves no numbers; inserted rows count on), or COLUMN=VALUE for "
+    "the\n"
+    "one row with that value. A value with blanks stands in double quotes, where \\\" \\\\ \\n \\r \\t \\uXXXX are "
+    "known. DATE is\n"
     "YYYYMMDD, BLOB is Base64. NAME= is no value, NAME=\"\" an empty text. In a script # begins a comment line.\n"
     "Nothing is written unless every command fits.\n"
     "Examples: zn edit store.bin edited.bin 'set invoices 3 Total=9.99' 'delete invoices InvoiceId=7'\n"
@@ -68,8 +70,10 @@ void AddEdit(CLI::App& app, ExitCode&)
     command->add_option("OUT", options->out, "the file to write, or -; may be IN")->required();
     command->add_option("COMMAND", options->commands, "what to change; see below");
     command->add_option("-f,--script", options->scripts, "a file of commands, or -; carried out behind the arguments")
-        ->type_name("FILE")->expected(1);
-    CLI::Option* changes = command->add_flag("--changes", options->changes, "write only rows that changed, now or before (mode 2)");
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    CLI::Option* changes =
+        command->add_flag("--changes", options->changes, "write only rows that changed, now or before (mode 2)");
     AddModeOption(*command, options->wishes)->excludes(changes);
     AddEncodingOption(*command, options->wishes, false);
     AddCodePageOption(*command, options->wishes);

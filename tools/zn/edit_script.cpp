@@ -27,7 +27,8 @@ constexpr std::array<VerbForm, 5> kVerbs{{
 
 const VerbForm* FindVerb(std::string_view name)
 {
-    const auto found = std::find_if(kVerbs.begin(), kVerbs.end(), [&](const VerbForm& form) { return form.name == name; });
+    const auto found =
+        std::find_if(kVerbs.begin(), kVerbs.end(), [&](const VerbForm& form) { return form.name == name; });
     return found == kVerbs.end() ? nullptr : &*found;
 }
 
@@ -176,8 +177,12 @@ std::vector<EditCommand> ParseEditArguments(const std::vector<std::string>& argu
     std::vector<EditCommand> commands;
     if (!arguments.empty() && FindVerb(arguments[0])) {
         std::vector<EditWord> words;
-        std::transform(arguments.begin(), arguments.end(), std::back_inserter(words), WordOf);
-        commands.push_back(Build(words, {"command", BadUsage}));
+        std::string line;
+        for (const std::string& argument : arguments) {
+            words.push_back(WordOf(argument));
+            line += (line.empty() ? "" : " ") + argument;
+        }
+        commands.push_back(Build(words, {"command '" + line + "'", BadUsage}));
         return commands;
     }
     for (const std::string& argument : arguments) {

@@ -31,9 +31,9 @@ struct EditPlace {
 
 // A word, or a pair of words with "=" between them.
 struct EditWord {
-    std::string text;               // the name of a pair
+    std::string text; // the name of a pair
     std::optional<std::string> value;
-    bool quoted = false;            // the value is; of a single word: it is
+    bool quoted = false; // the value is; of a single word: it is
 };
 
 struct EditCommand {
@@ -41,8 +41,8 @@ struct EditCommand {
 
     EditPlace place;
     Verb verb = Set;
-    std::string table;              // not for Param
-    EditWord row;                   // for Set and Delete
+    std::string table; // not for Param
+    EditWord row;      // for Set and Delete
     std::vector<EditWord> values;
 };
 

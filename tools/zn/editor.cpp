@@ -52,8 +52,10 @@ short TypeForVariable(const Zn_Variant* old, const EditWord& word, const EditCom
     case Zn_Variant::Empty:
     case Zn_Variant::Null: {
         const Zn_WString text = Wide(*word.value, command);
-        return word.quoted ? Zn_ColInfo::String : IsInt(text) ? Zn_ColInfo::Int : IsDecimal(text) ? Zn_ColInfo::Decimal
-                                                                                             : Zn_ColInfo::String;
+        return word.quoted       ? Zn_ColInfo::String
+               : IsInt(text)     ? Zn_ColInfo::Int
+               : IsDecimal(text) ? Zn_ColInfo::Decimal
+                                 : Zn_ColInfo::String;
     }
     default:
         return Zn_ColInfo::String;
@@ -74,7 +76,8 @@ void Editor::Run(const EditCommand& command)
         return SetVariables(command, nullptr);
     Zn_Dataset* table = message_.tables.GetSafeItem(Wide(command.table, command).GetText());
     if (!table)
-        command.place.Fail(message_.label + " has no table '" + command.table + "' (there is: " + TableNames(message_) + ")");
+        command.place.Fail(message_.label + " has no table '" + command.table + "' (there is: " + TableNames(message_) +
+                           ")");
     switch (command.verb) {
     case EditCommand::Set:
         SetValues(*table, FindRow(*table, command), command);
@@ -138,8 +141,9 @@ int Editor::FindRowByValue(const Zn_Dataset& table, const EditCommand& command)
         }
     }
     if (count != 1)
-        command.place.Fail("table " + command.table + " has " + (count == 0 ? "no row" : std::to_string(count) + " rows") +
-                           " with " + command.row.text + "=" + *command.row.value + (count == 0 ? "" : "; one is needed"));
+        command.place.Fail("table " + command.table + " has " +
+                           (count == 0 ? "no row" : std::to_string(count) + " rows") + " with " + command.row.text +
+                           "=" + *command.row.value + (count == 0 ? "" : "; one is needed"));
     return found;
 }
 

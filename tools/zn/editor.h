@@ -27,7 +27,7 @@ private:
     using ValueIndex = std::unordered_multimap<std::u16string, int>;
     struct Sheet {
         std::set<int> deleted;
-        std::map<int, ValueIndex> indexes;      // by column
+        std::map<int, ValueIndex> indexes; // by column
     };
 
     int FindRow(const Zn_Dataset& table, const EditCommand& command);

@@ -59,16 +59,17 @@ void PrintInfo(const Message& message)
         return;
 
     std::vector<ViewColumn> columns{{u"table"}};
-    for (const char16_t* title : {u"columns", u"constant", u"rows", u"normal", u"inserted", u"updated", u"deleted",
-                                  u"originals", u"bytes"})
+    for (const char16_t* title :
+         {u"columns", u"constant", u"rows", u"normal", u"inserted", u"updated", u"deleted", u"originals", u"bytes"})
         columns.push_back({title, true});
     if (message.codePage == 0)
         columns.push_back({u"code page", true});
     std::vector<std::vector<std::u16string>> lines;
     for (int i = 0; i < message.tables.Count(); ++i)
         lines.push_back(Figures(message, i));
-    PrintTable(out, columns, lines.size(),
-               [&](std::size_t line, std::size_t column, ViewCell& cell) { cell.text = lines[line][column]; }, 0);
+    PrintTable(
+        out, columns, lines.size(),
+        [&](std::size_t line, std::size_t column, ViewCell& cell) { cell.text = lines[line][column]; }, 0);
     out.Flush();
 }
 
@@ -79,8 +80,9 @@ void AddInfo(CLI::App& app, ExitCode& exitCode)
     const auto file = std::make_shared<std::string>();
     CLI::App* command = app.add_subcommand("info", "Tell a message's encoding, code page and figures");
     command->add_option("FILE", *file, "the message, or -")->required();
-    command->footer("rows counts the rows that are there; deleted rows and originals of updated ones are kept beside them.\n"
-                    "Example: zn info changes.bin");
+    command->footer(
+        "rows counts the rows that are there; deleted rows and originals of updated ones are kept beside them.\n"
+        "Example: zn info changes.bin");
     command->callback([file, &exitCode] {
         const Message message = ReadMessage(*file);
         PrintInfo(message);

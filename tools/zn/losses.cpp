@@ -13,6 +13,7 @@ namespace zntool {
 namespace {
 
 constexpr int kLongestText = 32767; // bytes of a text in the binary form, whose count is a signed 16-bit number
+constexpr int kPlaces = 32768;      // of deleted rows that the binary form tells apart
 constexpr int kMostColumns = 32767;
 constexpr int kMostParams = 65535;
 constexpr unsigned kUtf8 = 65001;
@@ -38,7 +39,8 @@ bool FitsCodePage(std::u16string_view text, unsigned codePage)
         rest.remove_prefix(1);
     if (rest.empty())
         return true;
-    if (codePage == kUtf8 && std::none_of(rest.begin(), rest.end(), [](char16_t ch) { return ch >= 0xD800 && ch < 0xE000; }))
+    if (codePage == kUtf8 &&
+        std::none_of(rest.begin(), rest.end(), [](char16_t ch) { return ch >= 0xD800 && ch < 0xE000; }))
         return true;
     const Zn_AString bytes(text.data(), static_cast<int>(text.size()), codePage);
     return Zn_WString(bytes.GetText(), bytes.GetLength(), codePage) == text;
@@ -64,7 +66,9 @@ Loss BinaryLoss(const Zn_Variant& value, unsigned codePage)
         return Loss::DateText;
     case Zn_Variant::String: {
         const std::u16string_view text = value.GetConstStr()->GetView();
-        return !FitsBinary(text, codePage) ? Loss::TooLong : FitsCodePage(text, codePage) ? Loss::None : Loss::Characters;
+        return !FitsBinary(text, codePage)    ? Loss::TooLong
+               : FitsCodePage(text, codePage) ? Loss::None
+                                              : Loss::Characters;
     }
     default:
         return Loss::NoRecord;
@@ -108,7 +112,9 @@ Loss XmlLoss(const Zn_Variant& value, std::uint16_t readBackAs)
 class Finder {
 public:
     Finder(const Message& message, Encoding encoding, int mode)
-        : message_(message), xml_(encoding == Encoding::Xml), mode_(mode) {}
+        : message_(message), xml_(encoding == Encoding::Xml), mode_(mode)
+    {
+    }
 
     Losses Find()
     {
@@ -200,10 +206,16 @@ private:
         const States states = CountStates(table);
         if (mode_ == AllRows && states.Changes() > 0)
             Say("mode 0 leaves out which rows were inserted (" + std::to_string(states.inserted) + ") and updated (" +
-                std::to_string(states.updated) + "), originals and deleted rows (" + std::to_string(states.deleted) + ")");
+                std::to_string(states.updated) + "), originals and deleted rows (" + std::to_string(states.deleted) +
+                ")");
         if (xml_ && mode_ != AllRows && message_.knowsPlaces && states.deleted > 0)
             Say("XML keeps no places of deleted rows: a reset of what is written can't put " +
                 std::to_string(states.deleted) + " of them back");
+        if (!xml_ && mode_ != AllRows && message_.knowsPlaces && states.deleted > 0 &&
+            table.GetRowCountNF() + states.deleted > kPlaces)
+            Say("the binary form keeps places below 32,768 alone: a reset of what is written may leave out or misplace "
+                "some of the " +
+                std::to_string(states.deleted) + " deleted rows");
         if (states.marked > 0)
             Say("the selection and filter marks of " + std::to_string(states.marked) + " rows are left out");
         FindInCells(table);
@@ -282,7 +294,10 @@ private:
 
 } // namespace
 
-Losses FindLosses(const Message& message, Encoding encoding, int mode) { return Finder(message, encoding, mode).Find(); }
+Losses FindLosses(const Message& message, Encoding encoding, int mode)
+{
+    return Finder(message, encoding, mode).Find();
+}
 
 bool IsElementName(std::u16string_view name)
 {

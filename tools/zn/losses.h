@@ -8,8 +8,8 @@
 namespace zntool {
 
 struct Losses {
-    std::vector<std::string> lines;     // one per kind and column: "customers: column Note: ..."
-    std::string unreadable;             // why nobody could read the outcome; empty when it can be read
+    std::vector<std::string> lines; // one per kind and column: "customers: column Note: ..."
+    std::string unreadable;         // why nobody could read the outcome; empty when it can be read
 };
 
 Losses FindLosses(const Message& message, Encoding encoding, int mode);

@@ -8,7 +8,10 @@
 
 namespace zntool {
 
-void Complain(const std::string& text) { std::fprintf(stderr, "zn: %s\n", text.c_str()); }
+void Complain(const std::string& text)
+{
+    std::fprintf(stderr, "zn: %s\n", text.c_str());
+}
 
 namespace {
 
@@ -46,4 +49,7 @@ int Run(int argc, char** argv)
 } // namespace
 } // namespace zntool
 
-int main(int argc, char** argv) { return zntool::Run(argc, argv); }
+int main(int argc, char** argv)
+{
+    return zntool::Run(argc, argv);
+}

@@ -163,7 +163,8 @@ void TableMerge::Occupy(const std::u16string& key, int change, bool inserted)
     constexpr int kNew = -2;
     const auto [entry, fresh] = index_.try_emplace(key, kNew);
     if (!fresh)
-        Report(key, inserted ? "inserted, but there is such a row already" : "the new key of an updated row, but there is such a row already");
+        Report(key, inserted ? "inserted, but there is such a row already"
+                             : "the new key of an updated row, but there is such a row already");
     if (!inserted)
         return;
     if (fresh || entry->second < 0)
@@ -228,15 +229,18 @@ void TableMerge::Store(int baseRow, int column, const Zn_Variant* value)
         base_.SetColumnNF(baseRow, place, value ? value : &Zn_Variant::_ZnNullVariant);
 }
 
+// "customers CustomerId=5: ..."
 void TableMerge::Report(const std::u16string& key, const std::string& reason)
 {
-    std::u16string shown = key;
-    if (changeKey_.size() > 1) { // each value stands behind its length
-        shown.clear();
-        for (std::size_t pos = 0; pos < key.size(); pos += std::size_t{1} + key[pos])
-            shown += (pos ? u"+" : u"") + key.substr(pos + 1, key[pos]);
+    std::string place = name_;
+    std::size_t pos = 0;
+    for (const int column : changeKey_) {
+        const bool single = changeKey_.size() == 1; // else each value stands behind its length
+        const std::u16string value = single ? key : key.substr(pos + 1, key[pos]);
+        pos += value.size() + 1;
+        place += " " + ToUtf8(changes_.GetColID(column).GetView()) + "=" + ToUtf8(value);
     }
-    conflicts_.push_back(name_ + ": row " + ToUtf8(shown) + ": " + reason);
+    conflicts_.push_back(place + ": " + reason);
 }
 
 } // namespace zntool

@@ -44,7 +44,8 @@ private:
     void ResolveNewKeys();
     int FindBase(const std::u16string& key, const char* what);
     void Occupy(const std::u16string& key, int change, bool inserted);
-    void CheckCell(int baseRow, int column, const Zn_Variant* original, const Zn_Variant* now, const std::u16string& key);
+    void CheckCell(int baseRow, int column, const Zn_Variant* original, const Zn_Variant* now,
+                   const std::u16string& key);
     bool CanPlace() const;
     void StoreUpdates();
     void Insert(int change, int at);
@@ -57,13 +58,13 @@ private:
     std::string name_;
     std::vector<int> baseKey_;
     std::vector<int> changeKey_;
-    std::vector<int> baseColumns_;  // by column of the changes; -1: the base has none
-    KeyIndex index_;                // base rows by key; resolving brings it to the keys after the changes
-    std::vector<bool> taken_;       // base rows that a change was found for
+    std::vector<int> baseColumns_; // by column of the changes; -1: the base has none
+    KeyIndex index_;               // base rows by key; resolving brings it to the keys after the changes
+    std::vector<bool> taken_;      // base rows that a change was found for
     std::vector<Pair> updates_;
-    std::vector<Pair> overwrites_;  // inserted rows whose key the base has
+    std::vector<Pair> overwrites_; // inserted rows whose key the base has
     std::vector<int> inserts_;
-    std::vector<int> deletes_;      // base rows
+    std::vector<int> deletes_; // base rows
     std::vector<std::string> conflicts_;
 };
 

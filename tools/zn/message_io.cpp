@@ -45,7 +45,10 @@ bool LooksLikeXml(const Zn_Buffer& bytes)
     return first != text.end() && *first == '<';
 }
 
-bool LooksBinary(const Zn_Buffer& bytes) { return bytes.GetLength() >= 4 && ReadWord(bytes, 2) == 0xFF10; }
+bool LooksBinary(const Zn_Buffer& bytes)
+{
+    return bytes.GetLength() >= 4 && ReadWord(bytes, 2) == 0xFF10;
+}
 
 // The code page that all tables agree on, or 0.
 unsigned CommonCodePage(const Zn_DatasetList& tables)
@@ -60,7 +63,8 @@ unsigned CommonCodePage(const Zn_DatasetList& tables)
 unsigned SenderCodePage(const Zn_Buffer& bytes, int end)
 {
     const unsigned own = ZnGetLocaleCP();
-    const unsigned first = ReadWord(bytes, end) == 0xFF01 ? ReadWord(bytes, end + 4) << 16 | ReadWord(bytes, end + 6) : own;
+    const unsigned first =
+        ReadWord(bytes, end) == 0xFF01 ? ReadWord(bytes, end + 4) << 16 | ReadWord(bytes, end + 6) : own;
     const auto givesBack = [&](unsigned codePage) {
         Zn_VariableList params;
         Zn_Buffer again;
@@ -129,7 +133,8 @@ void ReadXml(const Zn_Buffer& bytes, Message& message, Progress& progress)
     if (!message.charset.IsEmpty() && zn_findcodepageW(message.charset) == 0)
         throw Failure(BadData, message.label + ": line 1: the encoding '" + message.charset.ToUtf8() + "' is unknown");
     if (zn_findcodepageW(message.charset) == kUtf16)
-        throw Failure(BadData, message.label + ": line 1: a message in UTF-16 can't be read; convert it to UTF-8 first");
+        throw Failure(BadData,
+                      message.label + ": line 1: a message in UTF-16 can't be read; convert it to UTF-8 first");
     const int count = ZnXmlStreamLoad(message.params, message.tables, bytes, message.codePage);
     for (int i = 0; i < message.tables.Count(); ++i)
         message.tables.GetSafeItem(i)->Change2CodePage(message.codePage);
@@ -151,8 +156,8 @@ void ReadXml(const Zn_Buffer& bytes, Message& message, Progress& progress)
 void SetOutputCodePage(Message& message, Encoding encoding, unsigned wish)
 {
     if (wish == kUtf16 || (wish != 0 && !*zn_findcharset(wish)))
-        throw Failure(BadUsage, "--code-page " + std::to_string(wish) + (wish == kUtf16 ? ": messages are 8-bit text, take 65001"
-                                                                                        : ": unknown code page"));
+        throw Failure(BadUsage, "--code-page " + std::to_string(wish) +
+                                    (wish == kUtf16 ? ": messages are 8-bit text, take 65001" : ": unknown code page"));
     if (wish != 0 && wish != message.codePage) {
         message.charset.Empty();
         message.codePage = message.paramCodePage = wish;
@@ -213,8 +218,8 @@ Zn_Dataset& FindTable(Message& message, std::string_view name)
     Zn_WString id;
     Zn_Dataset* table = FromUtf8(name, id) ? message.tables.GetSafeItem(id.GetText()) : nullptr;
     if (!table)
-        throw Failure(BadUsage, message.label + ": there is no table '" + std::string(name) + "' (there is: " +
-                                    TableNames(message) + ")");
+        throw Failure(BadUsage, message.label + ": there is no table '" + std::string(name) +
+                                    "' (there is: " + TableNames(message) + ")");
     return *table;
 }
 
@@ -236,7 +241,8 @@ Encoding OutputEncoding(const std::string& path, const OutputWishes& wishes, std
             return encoding;
     }
     if (!otherwise)
-        throw Failure(BadUsage, FileLabel(path, true) + ": the name does not tell the form to write; say --to xml, bin or csv");
+        throw Failure(BadUsage,
+                      FileLabel(path, true) + ": the name does not tell the form to write; say --to xml, bin or csv");
     return *otherwise;
 }
 

@@ -19,18 +19,18 @@ enum class Encoding { Xml, Binary, Csv };
 enum DataMode { AllRows = 0, AllRowsWithChanges = 1, ChangesOnly = 2 };
 
 struct Message {
-    std::string label;                      // names the file in messages to the user
+    std::string label; // names the file in messages to the user
     Encoding encoding = Encoding::Binary;
-    unsigned codePage = 0;                  // of the XML text, or of the binary form's tables (0: they differ)
-    unsigned paramCodePage = 0;             // of the binary form's parameters and column names
-    Zn_WString charset;                     // as the XML declaration writes it
+    unsigned codePage = 0;      // of the XML text, or of the binary form's tables (0: they differ)
+    unsigned paramCodePage = 0; // of the binary form's parameters and column names
+    Zn_WString charset;         // as the XML declaration writes it
     long long bytes = 0;
-    std::vector<long long> tableBytes;      // as far as they are known
-    std::string note;                       // something odd that a whole message can have
-    std::string damage;                     // where and why reading stopped; empty for a whole message
-    bool knowsPlaces = false;               // deleted rows know where they stood
+    std::vector<long long> tableBytes; // as far as they are known
+    std::string note;                  // something odd that a whole message can have
+    std::string damage;                // where and why reading stopped; empty for a whole message
+    bool knowsPlaces = false;          // deleted rows know where they stood
     Zn_VariableList params;
-    Zn_DatasetList tables{0};               // in the order of the message
+    Zn_DatasetList tables{0}; // in the order of the message
 };
 
 // Reads what can be read: a message that breaks off has damage. Fails on anything else.
@@ -45,7 +45,7 @@ std::string TableNames(const Message& message);
 
 // What the user wishes for the written message; what is left open stays as it was read.
 struct OutputWishes {
-    std::optional<Encoding> encoding;       // else by the file's extension
+    std::optional<Encoding> encoding; // else by the file's extension
     int mode = AllRowsWithChanges;
     unsigned codePage = 0;
 };

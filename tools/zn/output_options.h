@@ -16,7 +16,7 @@ inline void AddEncodingOption(CLI::App& command, OutputWishes& wishes, bool csv)
         wishes.encoding = name == "xml" ? Encoding::Xml : name == "bin" ? Encoding::Binary : Encoding::Csv;
     };
     command.add_option_function<std::string>("--to", take, "write this form, whatever OUT is called")
-        ->transform(CLI::IsMember(names, CLI::ignore_case))
+        ->transform(CLI::IsMember(names, CLI::ignore_case).description(""))
         ->type_name(csv ? "xml|bin|csv" : "xml|bin");
 }
 
@@ -24,14 +24,16 @@ inline CLI::Option* AddModeOption(CLI::App& command, OutputWishes& wishes)
 {
     return command
         .add_option("--mode", wishes.mode,
-                    "0: all rows as they are now; 1: all rows and their changes (the default, loses nothing); 2: changes only")
-        ->check(CLI::Range(0, 2))
+                    "0 all rows as they are now, 1 all rows and their changes (default), 2 changes only")
+        ->check(CLI::Range(0, 2).description(""))
         ->type_name("0|1|2");
 }
 
 inline void AddCodePageOption(CLI::App& command, OutputWishes& wishes)
 {
-    command.add_option("--code-page", wishes.codePage, "write in this code page: 65001, 1252, 949, 932 ... (else that of IN)")
+    command
+        .add_option("--code-page", wishes.codePage,
+                    "write in this code page: 65001, 1252, 949, 932 ... (else that of IN)")
         ->type_name("NUMBER");
 }
 

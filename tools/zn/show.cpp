@@ -77,10 +77,14 @@ std::vector<int> PickColumns(const Zn_Dataset& table, const std::vector<std::str
 class TablePrinter {
 public:
     TablePrinter(Output& out, const Zn_Dataset& table, const Options& options, int widest)
-        : out_(out), table_(table), options_(options), widest_(widest), picked_(PickColumns(table, options.columns)) {}
+        : out_(out), table_(table), options_(options), widest_(widest), picked_(PickColumns(table, options.columns))
+    {
+    }
 
     void Print()
     {
+        if (picked_.empty() && !options_.columns.empty())
+            return;
         CollectLines();
         PrintHeading();
         PrintConstants();
@@ -89,9 +93,10 @@ public:
         std::vector<ViewColumn> columns{{u"#", true}, {u"state"}};
         for (const int col : picked_)
             columns.push_back({std::u16string(table_.GetColID(col).GetView()), IsNumeric(col)});
-        PrintTable(out_, columns, lines_.size(),
-                   [this](std::size_t line, std::size_t column, ViewCell& cell) { Fill(lines_[line], column, cell); },
-                   widest_);
+        PrintTable(
+            out_, columns, lines_.size(),
+            [this](std::size_t line, std::size_t column, ViewCell& cell) { Fill(lines_[line], column, cell); },
+            widest_);
     }
 
 private:
@@ -104,7 +109,8 @@ private:
     bool IsNumeric(int col) const
     {
         const Zn_ColInfo* info = table_.GetColInfo(col);
-        return info && (info->type == Zn_ColInfo::Int || info->type == Zn_ColInfo::Decimal || info->type == Zn_ColInfo::Currency);
+        return info && (info->type == Zn_ColInfo::Int || info->type == Zn_ColInfo::Decimal ||
+                        info->type == Zn_ColInfo::Currency);
     }
 
     void CollectLines()
@@ -116,7 +122,7 @@ private:
                 continue;
             lines_.push_back({Kind::Row, row});
             ++rowsShown_;
-            if (options_.originals && type == Zn_Record::Updated)
+            if (options_.originals && type == Zn_Record::Updated && ShowsChange(row))
                 lines_.push_back({Kind::Original, row});
         }
         if (options_.rows.empty()) {
@@ -131,7 +137,8 @@ private:
         out_.Write("\n");
         out_.Write(ToUtf8(Printable(table_.GetId().GetView())), Style::Title);
         out_.Write(": " + std::to_string(table_.GetRowCountNF()) + " rows");
-        for (const auto& [count, word] : {std::pair(states.inserted, " inserted"), std::pair(states.updated, " updated")}) {
+        for (const auto& [count, word] :
+             {std::pair(states.inserted, " inserted"), std::pair(states.updated, " updated")}) {
             if (count > 0)
                 out_.Write(", " + std::to_string(count) + word);
         }
@@ -145,21 +152,28 @@ private:
     void PrintConstants()
     {
         for (const Zn_Variable& constant : table_.GetConstColumns())
-            out_.Write("  " + ToUtf8(Printable(constant.id.GetView())) + " = " + ToUtf8(Printable(TextOf(&constant.value))) +
-                       " (constant " + ToUtf8(constant.value.GetTypeString()) + ")\n");
+            out_.Write("  " + ToUtf8(Printable(constant.id.GetView())) + " = " +
+                       ToUtf8(Printable(TextOf(&constant.value))) + " (constant " +
+                       ToUtf8(constant.value.GetTypeString()) + ")\n");
     }
 
     const Zn_Variant* Value(const Line& line, int col) const
     {
         if (line.kind == Kind::Original)
             return table_.GetOrgColumnNF(line.number, col);
-        return line.kind == Kind::Deleted ? table_.GetDelColumn(line.number, col) : table_.GetColumnNF(line.number, col);
+        return line.kind == Kind::Deleted ? table_.GetDelColumn(line.number, col)
+                                          : table_.GetColumnNF(line.number, col);
     }
 
     bool IsChanged(int row, int col) const
     {
-        return table_.GetRowTypeNF(row) == Zn_Record::Updated &&
+        return table_.GetRowTypeNF(row) == Zn_Record::Updated && col < table_.GetNormalCount() &&
                !SaysSame(table_.GetColumnNF(row, col), table_.GetOrgColumnNF(row, col));
+    }
+
+    bool ShowsChange(int row) const
+    {
+        return std::any_of(picked_.begin(), picked_.end(), [&](int col) { return IsChanged(row, col); });
     }
 
     void Fill(const Line& line, std::size_t column, ViewCell& cell) const
@@ -169,7 +183,7 @@ private:
         if (column == 1)
             return FillState(line, cell);
         const int col = picked_[column - 2];
-        const bool changed = line.kind != Kind::Deleted && col < table_.GetNormalCount() && IsChanged(line.number, col);
+        const bool changed = line.kind != Kind::Deleted && IsChanged(line.number, col);
         if (line.kind == Kind::Original && !changed)
             return;
         const Zn_Variant* value = Value(line, col);
@@ -181,10 +195,10 @@ private:
         }
         if (line.kind == Kind::Original && cell.text.empty())
             cell.text = u"(empty)";
-        cell.style = line.kind == Kind::Deleted ? Style::Deleted
+        cell.style = line.kind == Kind::Deleted    ? Style::Deleted
                      : line.kind == Kind::Original ? Style::Faint
-                     : changed ? Style::Updated
-                               : Style::Plain;
+                     : changed                     ? Style::Updated
+                                                   : Style::Plain;
     }
 
     static void FillNumber(const Line& line, ViewCell& cell)
@@ -233,15 +247,16 @@ void PrintParams(Output& out, const Zn_VariableList& params, int widest)
     out.Write(": " + std::to_string(params.Count()) + "\n");
     if (params.Count() == 0)
         return;
-    PrintTable(out, {{u"name"}, {u"type"}, {u"value"}}, static_cast<std::size_t>(params.Count()),
-               [&](std::size_t line, std::size_t column, ViewCell& cell) {
-                   const Zn_Variable& param = *params[static_cast<int>(line)];
-                   if (column == 2)
-                       AppendText(&param.value, cell.text);
-                   else
-                       cell.text = column == 0 ? param.id.GetView() : std::u16string_view(param.value.GetTypeString());
-               },
-               widest);
+    PrintTable(
+        out, {{u"name"}, {u"type"}, {u"value"}}, static_cast<std::size_t>(params.Count()),
+        [&](std::size_t line, std::size_t column, ViewCell& cell) {
+            const Zn_Variable& param = *params[static_cast<int>(line)];
+            if (column == 2)
+                AppendText(&param.value, cell.text);
+            else
+                cell.text = column == 0 ? param.id.GetView() : std::u16string_view(param.value.GetTypeString());
+        },
+        widest);
 }
 
 // Names that no table to be shown has are mistakes.
@@ -284,14 +299,19 @@ void AddShow(CLI::App& app, ExitCode& exitCode)
     const auto options = std::make_shared<Options>();
     CLI::App* command = app.add_subcommand("show", "Show parameters and tables");
     command->add_option("FILE", options->file, "the message, or -")->required();
-    command->add_option("-d,--dataset", options->tables, "only this table; may be given again")->type_name("NAME")->expected(1);
-    command->add_option("-r,--rows", options->rows, "10: the first ten; 5-9; 5-; -10: the last ten (--rows=-10)")
+    command->add_option("-d,--dataset", options->tables, "only this table; may be given again")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    command->add_option("-r,--rows", options->rows, "10: the first ten; 5-9; 5-; -10: the last ten")
         ->type_name("RANGE");
     command->add_option("-c,--columns", options->columns, "only these columns, in this order")
-        ->type_name("NAME,...")->delimiter(',')->expected(1);
+        ->type_name("NAME,...")
+        ->delimiter(',')
+        ->allow_extra_args(false);
     command->add_flag("-o,--originals", options->originals, "under each updated row what changed cells held before");
     command->add_flag("--changes", options->changes, "only rows that are inserted, updated or deleted");
-    command->add_option("-w,--width", options->width, "cut texts to this many cells; 0: never (32 on a terminal, else 0)")
+    command
+        ->add_option("-w,--width", options->width, "cut texts to this many cells; 0: never (32 on a terminal, else 0)")
         ->type_name("CELLS");
     command->footer("Rows are numbered from 0, as edit commands and the library number them.\n"
                     "Example: zn show changes.bin --dataset customers --columns CustomerId,City --originals");

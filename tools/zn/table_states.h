@@ -10,8 +10,8 @@ struct States {
     int inserted = 0;
     int updated = 0;
     int deleted = 0;
-    int originals = 0;  // of updated rows
-    int marked = 0;     // rows that carry a mark of selection or filter
+    int originals = 0; // of updated rows
+    int marked = 0;    // rows that carry a mark of selection or filter
 
     int Changes() const { return inserted + updated + deleted; }
 };

@@ -61,7 +61,9 @@ int Fit(std::u16string& text, int widest)
 class LineWriter {
 public:
     LineWriter(Output& out, const std::vector<ViewColumn>& columns, const std::vector<int>& widths)
-        : out_(out), columns_(columns), widths_(widths) {}
+        : out_(out), columns_(columns), widths_(widths)
+    {
+    }
 
     // A line's blanks are written only when something follows them.
     void Put(std::size_t column, const std::u16string& text, int width, Style style)
@@ -131,7 +133,8 @@ void PrintTable(Output& out, const std::vector<ViewColumn>& columns, std::size_t
         writer.Put(column, titles[column], DisplayWidth(titles[column]), Style::Title);
     writer.End();
     for (std::size_t column = 0; column < columns.size(); ++column)
-        writer.Put(column, std::u16string(static_cast<std::size_t>(widths[column]), u'-'), widths[column], Style::Faint);
+        writer.Put(column, std::u16string(static_cast<std::size_t>(widths[column]), u'-'), widths[column],
+                   Style::Faint);
     writer.End();
     for (std::size_t line = 0; line < lines; ++line) {
         for (std::size_t column = 0; column < columns.size(); ++column) {

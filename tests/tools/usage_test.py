@@ -1,0 +1,43 @@
+import shlex
+
+from tool import STORE, ToolTest, main
+
+COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept")
+
+
+class Usage(ToolTest):
+    def test_every_command_explains_itself(self):
+        overview = self.zn("--help").text
+        for command in COMMANDS:
+            self.assertIn(f"\n  {command} ", overview)
+            explained = self.zn(command, "--help").text
+            self.assertRegex(explained, rf"Examples?: zn {command} ")
+            for line in explained.splitlines():
+                self.assertLessEqual(len(line), 125)
+        self.assertRegex(self.zn("--version").text, r"^zn \d+\.\d+\.\d+\n$")
+
+    def test_the_examples_work(self):
+        for name, sample in (("store.bin", "store.bin"), ("changes.bin", "changes-mode2.bin"), ("edited.bin", "changes-mode1.bin")):
+            self.write(name, (STORE / sample).read_bytes())
+        self.write("edits.txt", "delete lines 0\n")
+        self.write("prices.csv", "Id,Price,Note\n1,2.50,x\n")
+        tried = 0
+        for command in COMMANDS:
+            for line in self.zn(command, "--help").text.splitlines():
+                if "zn " + command in line and not line.startswith("Usage"):
+                    words = line[line.index("zn ") + 3:].split(" | ")[0]
+                    self.zn(*shlex.split(words))
+                    tried += 1
+        self.assertEqual(tried, 11)
+
+    def test_a_wrong_command_line(self):
+        for arguments, fragment in ((("",), "--help"), ((), "subcommand"), (("shoe",), "subcommand"), (("show",), "FILE is required"),
+                                    (("show", "a", "--nonsense"), "--nonsense"), (("convert", "a", "b", "--mode", "3"), "--mode"),
+                                    (("convert", "a", "b", "--to", "pdf"), "--to"),
+                                    (("edit", "a", "b", "--changes", "--mode", "1"), "--changes")):
+            with self.subTest(arguments):
+                self.fails(2, fragment, arguments=arguments)
+
+
+if __name__ == "__main__":
+    main()
