@@ -2,7 +2,7 @@ import shlex
 
 from tool import STORE, ToolTest, main
 
-COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept")
+COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "message", "messages")
 
 
 class Usage(ToolTest):
@@ -24,11 +24,11 @@ class Usage(ToolTest):
         tried = 0
         for command in COMMANDS:
             for line in self.zn(command, "--help").text.splitlines():
-                if "zn " + command in line and not line.startswith("Usage"):
+                if "zn " + command + " " in line and not line.startswith("Usage"):
                     words = line[line.index("zn ") + 3:].split(" | ")[0]
                     self.zn(*shlex.split(words))
                     tried += 1
-        self.assertEqual(tried, 11)
+        self.assertEqual(tried, 13)
 
     def test_a_wrong_command_line(self):
         for arguments, fragment in ((("",), "--help"), ((), "subcommand"), (("shoe",), "subcommand"), (("show",), "FILE is required"),

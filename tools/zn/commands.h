@@ -2,7 +2,7 @@
 // with an example, and what runs when it is chosen. A command that fails throws Failure (failure.h); one that ends
 // with something else than Done sets the exit code it is given.
 //
-// A new command is a new source with such a function, a line here and one in main.cpp.
+// A new command is a new source with such a function, a line here and a name in main.cpp.
 #pragma once
 
 #include "failure.h"
@@ -20,5 +20,7 @@ void AddEdit(CLI::App& app, ExitCode& exitCode);
 void AddApply(CLI::App& app, ExitCode& exitCode);
 void AddReset(CLI::App& app, ExitCode& exitCode);
 void AddAccept(CLI::App& app, ExitCode& exitCode);
+void AddMessage(CLI::App& app, ExitCode& exitCode);
+void AddMessages(CLI::App& app, ExitCode& exitCode);
 
 } // namespace zntool
