@@ -36,7 +36,8 @@ TEST(Crc32, GoesOnFromAnySplit)
         upTo.push_back(zn_crc32(upTo.back(), &byte, 1));
     for (int split = 0; split <= 400; ++split) {
         ASSERT_EQ(zn_crc32(5, bytes.data(), split), upTo[static_cast<std::size_t>(split)]) << split;
-        ASSERT_EQ(zn_crc32(upTo[static_cast<std::size_t>(split)], bytes.data() + split, 400 - split), upTo[400]) << split;
+        ASSERT_EQ(zn_crc32(upTo[static_cast<std::size_t>(split)], bytes.data() + split, 400 - split), upTo[400])
+            << split;
     }
 }
 
