@@ -95,6 +95,7 @@ public:
 
     // A template filled with parameters; safe whatever the template holds.
     static Zn_WString Fill(std::u16string_view text, std::span<const Zn_MsgParam> params);
+    static Zn_WString Fill(std::u16string_view text, const Zn_WStrList& params);
 
 private:
     struct Table {

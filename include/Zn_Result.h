@@ -14,6 +14,8 @@
 
 #include "Zn_Message.h"
 
+#undef GetMessage // again: the headers of Windows may have come in between
+
 class ZN_API Zn_Result {
 public:
     Zn_Result() noexcept = default;

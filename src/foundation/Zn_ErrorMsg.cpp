@@ -65,11 +65,7 @@ int Zn_ErrorMsg::GetText(unsigned codePage, Zn_WString& out, int code, const Zn_
         out.Empty();
         return 0;
     }
-    std::vector<Zn_MsgParam> list;
-    list.reserve(static_cast<std::size_t>(params.Count()));
-    for (const Zn_WString& param : params)
-        list.emplace_back(param);
-    out = Fill(Zn_WString(text, -1, table.codePage), list);
+    out = Fill(Zn_WString(text, -1, table.codePage), params);
     return 1;
 }
 

@@ -2,8 +2,6 @@
 #include "Zn_ErrorMsg.h"
 #include "foundation/message_placeholder.h"
 
-#include <algorithm>
-
 namespace {
 
 using zn::messages::IsOneOf;
@@ -63,6 +61,26 @@ Zn_WString FillOne(std::u16string_view flags, char16_t conversion, const Zn_MsgP
     return out;
 }
 
+template <class ParamAt>
+Zn_WString FillWith(std::u16string_view text, std::size_t count, const ParamAt& paramAt)
+{
+    Zn_WString out;
+    std::size_t used = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto found = zn::messages::NextPlaceholder(text, at);
+        out += text.substr(at, found.start - at);
+        at = found.end;
+        if (IsOneOf(found.conversion, "sdiuxXfeEgG")) {
+            const std::u16string_view flags = SafeFlags(text.substr(found.start + 1, found.flags));
+            out += FillOne(flags, found.conversion, used < count ? paramAt(used) : Zn_MsgParam(Zn_WString()));
+            ++used;
+        } else if (found.conversion) {
+            out += found.conversion; // "%%", and what the library's formatting does with unknown conversions
+        }
+    }
+    return out;
+}
+
 } // namespace
 
 Zn_WString Zn_MsgParam::GetText() const
@@ -79,20 +97,11 @@ Zn_WString Zn_MsgParam::GetText() const
 
 Zn_WString Zn_ErrorMsg::Fill(std::u16string_view text, std::span<const Zn_MsgParam> params)
 {
-    const Zn_MsgParam missing(u"");
-    Zn_WString out;
-    std::size_t used = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const auto found = zn::messages::NextPlaceholder(text, at);
-        out += text.substr(at, found.start - at);
-        at = found.end;
-        if (IsOneOf(found.conversion, "sdiuxXfeEgG")) {
-            const std::u16string_view flags = SafeFlags(text.substr(found.start + 1, found.flags));
-            out += FillOne(flags, found.conversion, used < params.size() ? params[used] : missing);
-            ++used;
-        } else if (found.conversion) {
-            out += found.conversion; // "%%", and what the library's formatting does with unknown conversions
-        }
-    }
-    return out;
+    return FillWith(text, params.size(), [&](std::size_t i) { return params[i]; });
+}
+
+Zn_WString Zn_ErrorMsg::Fill(std::u16string_view text, const Zn_WStrList& params)
+{
+    return FillWith(text, static_cast<std::size_t>(params.Count()),
+                    [&](std::size_t i) { return Zn_MsgParam(params.GetItemNN(static_cast<int>(i))); });
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
+#include <sstream>
 
 namespace {
 
@@ -40,51 +41,42 @@ Zn_WString Filled(std::u16string_view text, const std::vector<Zn_MsgParam>& para
     return Zn_ErrorMsg::Fill(text, params);
 }
 
-// Runs of codes in the order of the default table; a code alone is a run of one.
-constexpr struct {
-    std::uint32_t first, last;
-} kOrder[] = {
-    {0x00000000, 0},          {0xFFFFFFFF, 0},          {0x83B03009, 0},          {0x81000112, 0},
-    {0x81000111, 0},          {0x81000113, 0},          {0x83B10612, 0x83B10615}, {0x83B10001, 0},
-    {0x83B10617, 0},          {0x83B10002, 0x83B10008}, {0x83B10010, 0x83B10014}, {0x81A50101, 0},
-    {0x81A50110, 0x81A50116}, {0x81A50119, 0},          {0x81A50123, 0x81A50124}, {0x81A50126, 0},
-    {0x81A50129, 0},          {0x81A50130, 0x81A50139}, {0x81A50140, 0x81A50146}, {0x84A60101, 0x84A60111},
-    {0x81A90100, 0x81A90101}, {0x81A90201, 0},          {0x81A90301, 0},          {0x81A90401, 0},
-    {0x81A90501, 0x81A90503}, {0x21A90000, 0x21A90002}, {0x81A90102, 0x81A90103}, {0x81A90111, 0x81A90118},
-    {0x81A90131, 0x81A90139}, {0x81A90141, 0},          {0x81A90143, 0x81A90148}, {0x81A90151, 0},
-    {0x23AA0000, 0x23AA0003}, {0x83AA1001, 0},          {0x83AA1001, 0},          {0x83AA1001, 0},
-    {0x83AA0100, 0x83AA0118}, {0x83AA0201, 0},          {0x83AA0201, 0},          {0x83AA0201, 0},
-    {0x83AA0201, 0},          {0x83AA0200, 0x83AA0205}, {0x83AA0300, 0x83AA0308}, {0x83AA0400, 0x83AA040B},
-    {0x83AA0500, 0x83AA0505}, {0x13B04001, 0x13B04007}, {0x83B04001, 0x83B04003}, {0x00000065, 0},
-    {0x83B03001, 0x83B03003}, {0x83B03025, 0},          {0x83B03004, 0x83B03009}, {0x83B04009, 0},
-    {0x83B04010, 0x83B04015}, {0x83B04019, 0},          {0x83B04016, 0x83B04018}, {0x83B03016, 0x83B03019},
-    {0x83B03020, 0x83B03024}, {0x83B03026, 0x83B03029}, {0x83B03030, 0},          {0x83B0303A, 0},
-    {0x83B03031, 0},          {0x83B06000, 0},          {0x83B03033, 0x83B03035}, {0x83B0303C, 0},
-    {0x83B0303B, 0},          {0x83B03036, 0x83B03039}, {0x83B03040, 0x83B03041}, {0x83B03043, 0x83B03048},
-    {0x83B01020, 0x83B01022}, {0x83B03049, 0},          {0x83B03050, 0x83B03055}, {0x83B01031, 0},
-    {0x83B03057, 0},          {0x83B03100, 0x83B03103}, {0x83B03110, 0},          {0x83B03120, 0},
-    {0x83B03130, 0},          {0x83B03140, 0},          {0x83B03150, 0},          {0x83B03160, 0},
-    {0x83B03210, 0},          {0x83B03056, 0},          {0x83B00001, 0x83B00003}, {0x83B01017, 0x83B01018},
-    {0x83B01001, 0},          {0x83B01004, 0},          {0x83B01003, 0},          {0x83B01005, 0},
-    {0x83B01008, 0},          {0x83B01006, 0},          {0x83B01041, 0},          {0x83B01016, 0},
-    {0x83B01002, 0},          {0x83B01007, 0},          {0x83B01009, 0},          {0x83B01010, 0},
-    {0x83B0101A, 0},          {0x83B01011, 0x83B01012}, {0x83B01027, 0x83B01029}, {0x83B01013, 0x83B01015},
-    {0x83B01042, 0},          {0x83B01019, 0},          {0x83B01023, 0x83B01026}, {0x83B01030, 0},
-    {0x83B01032, 0},          {0x83B01100, 0},          {0x83B01109, 0},          {0x83B01101, 0x83B01108},
-    {0x83B01043, 0},          {0x83B01033, 0x83B01039}, {0x83B01040, 0},          {0x83B01044, 0x83B01045},
-    {0x83B01200, 0},
-};
+// The codes of the default table in order: the high half, then the low halves, runs of them as first-last.
+constexpr const char* kOrder =
+    "0000: 0000 FFFF: FFFF 83B0: 3009 8100: 0112 0111 0113 83B1: 0612-0615 0001 0617 0002-0008 0010-0014 "
+    "81A5: 0101 0110-0116 0119 0123-0124 0126 0129 0130-0139 0140-0146 84A6: 0101-0111 81A9: 0100-0101 0201 "
+    "0301 0401 0501-0503 21A9: 0000-0002 81A9: 0102-0103 0111-0118 0131-0139 0141 0143-0148 0151 23AA: "
+    "0000-0003 83AA: 1001 1001 1001 0100-0118 0201 0201 0201 0201 0200-0205 0300-0308 0400-040B 0500-0505 "
+    "13B0: 4001-4007 83B0: 4001-4003 0000: 0065 83B0: 3001-3003 3025 3004-3009 4009 4010-4015 4019 4016-4018 "
+    "3016-3019 3020-3024 3026-3029 3030 303A 3031 6000 3033-3035 303C 303B 3036-3039 3040-3041 3043-3048 "
+    "1020-1022 3049 3050-3055 1031 3057 3100-3103 3110 3120 3130 3140 3150 3160 3210 3056 0001-0003 1017-1018 "
+    "1001 1004 1003 1005 1008 1006 1041 1016 1002 1007 1009 1010 101A 1011-1012 1027-1029 1013-1015 1042 1019 "
+    "1023-1026 1030 1032 1100 1109 1101-1108 1043 1033-1039 1040 1044-1045 1200";
+
+std::vector<std::uint32_t> CodesInOrder()
+{
+    std::vector<std::uint32_t> codes;
+    std::istringstream words(kOrder);
+    std::uint32_t module = 0;
+    for (std::string word; words >> word;) {
+        const auto number = static_cast<std::uint32_t>(std::stoul(word, nullptr, 16));
+        if (word.back() == ':') {
+            module = number << 16;
+            continue;
+        }
+        codes.push_back(module | number);
+        const std::size_t dash = word.find('-');
+        if (dash == std::string::npos)
+            continue;
+        for (const auto end = module | std::stoul(word.substr(dash + 1), nullptr, 16); codes.back() < end;)
+            codes.push_back(codes.back() + 1);
+    }
+    return codes;
+}
 
 TEST(Zn_ErrorMsg, DefaultTableHasItsRowsInOrder)
 {
-    std::vector<std::uint32_t> order;
-    for (const auto& run : kOrder) {
-        for (std::uint32_t code = run.first; code <= std::max(run.first, run.last); ++code) {
-            order.push_back(code);
-            if (code == 0xFFFFFFFF)
-                break;
-        }
-    }
+    const std::vector<std::uint32_t> order = CodesInOrder();
     const std::vector<Zn_ErrorMsgRow> rows = Rows(1252);
     ASSERT_EQ(rows.size(), 324u);
     ASSERT_EQ(order.size(), rows.size());
