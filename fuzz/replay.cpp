@@ -3,10 +3,12 @@
 //     fuzz_binary_message SEED...
 //
 // The inputs are the same in every run. ZN_LONG_TESTS=1 in the environment takes every prefix and 100,000 mutations of
-// each seed; otherwise both are bounded by a share of bytes, so that a run lasts a few seconds.
+// each seed; otherwise both are bounded by a share of bytes, so that a run lasts a few seconds. An input that ends the
+// program is left in the file crash-input of the working directory.
 #include "fuzz.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -17,12 +19,26 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+const Bytes* running = nullptr; // what SaveInput writes when the target ends the program
+
+void SaveInput(int number)
+{
+    std::signal(number, SIG_DFL);
+    if (std::FILE* file = running ? std::fopen("crash-input", "wb") : nullptr) {
+        std::fwrite(running->data(), 1, running->size(), file);
+        std::fclose(file);
+        std::fputs("the input is in the file crash-input\n", stderr);
+    }
+    std::raise(number);
+}
+
 // The target gets a block of exactly the input's size, so that the sanitizers see a read past its end.
 void RunTarget(const Bytes& input)
 {
-    Bytes exact(input.begin(), input.end());
-    exact.shrink_to_fit();
+    const Bytes exact(input);
+    running = &exact;
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
+    running = nullptr;
 }
 
 class Mutator {
@@ -47,14 +63,23 @@ private:
         const std::size_t run = std::min(bytes.size() - at, std::size_t(1) << Below(10));
         const auto place = bytes.begin() + static_cast<std::ptrdiff_t>(at);
         switch (Below(7)) {
-        case 0: bytes[at] ^= static_cast<std::uint8_t>(1U << Below(8)); break;
-        case 1: bytes[at] = kTelling[Below(std::size(kTelling))]; break;
+        case 0:
+            bytes[at] ^= static_cast<std::uint8_t>(1U << Below(8));
+            break;
+        case 1:
+            bytes[at] = kTelling[Below(std::size(kTelling))];
+            break;
         case 2: // a count or length that lies
-            for (std::size_t i = at, value = kTelling[Below(std::size(kTelling))]; i < std::min(at + 4, bytes.size()); ++i)
+            for (std::size_t i = at, value = kTelling[Below(std::size(kTelling))]; i < std::min(at + 4, bytes.size());
+                 ++i)
                 bytes[i] = static_cast<std::uint8_t>(value);
             break;
-        case 3: bytes.resize(at); break;
-        case 4: bytes.erase(place, place + static_cast<std::ptrdiff_t>(run)); break;
+        case 3:
+            bytes.resize(at);
+            break;
+        case 4:
+            bytes.erase(place, place + static_cast<std::ptrdiff_t>(run));
+            break;
         case 5: { // a piece of the seed once more, somewhere else
             const std::size_t from = Below(seed.size());
             const Bytes piece(seed.begin() + static_cast<std::ptrdiff_t>(from),
@@ -62,7 +87,9 @@ private:
             bytes.insert(place, piece.begin(), piece.end());
             break;
         }
-        default: bytes.insert(place, static_cast<std::uint8_t>(Below(256))); break;
+        default:
+            bytes.insert(place, static_cast<std::uint8_t>(Below(256)));
+            break;
         }
     }
 
@@ -76,6 +103,8 @@ int main(int argc, char** argv)
     const bool longRun = std::getenv("ZN_LONG_TESTS") != nullptr;
     const std::size_t budget = 4'000'000 / static_cast<std::size_t>(std::max(argc - 1, 1)); // bytes for one seed
     std::size_t runs = 0;
+    std::signal(SIGABRT, SaveInput);
+    std::signal(SIGSEGV, SaveInput);
     Mutator mutate;
     for (int i = 1; i < argc; ++i) {
         std::ifstream in(argv[i], std::ios::binary);

@@ -229,6 +229,7 @@ TextEncoder::TextEncoder(unsigned codePage, Missing missing) noexcept
         return;
     converter_.emplace(codePage_, CodePageConverter::Direction::FromUtf16);
     if (!converter_->IsOpen()) {
+        converter_.reset();
         codePage_ = kAscii;
         kind_ = PageKind::SingleByte;
     }

@@ -26,8 +26,8 @@ int main()
         return 1;
     const Zn_Dataset* copy = copies.GetItem(u"cities");
     std::puts(copy->GetColumnNN(0, u"Name")->ToString().ToUtf8().c_str());
-    return copy->GetRowCount() == 1 && copy->IsUpdated() && copy->GetColumnNN(0, u"People")->ToInteger() == 9668000 &&
-                   received.Var(u"USER").ToString() == u"kim"
+    return copy->GetRowCount() == 1 && copy->GetUpdateRowCount() == 1 &&
+                   copy->GetColumnNN(0, u"People")->ToInteger() == 9668000 && received.Var(u"USER").ToString() == u"kim"
                ? 0
                : 2;
 }
