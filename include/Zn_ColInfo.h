@@ -73,9 +73,8 @@ public:
 
     // First column, in list order, with that place in definition order; null when there is none.
     const Zn_ColInfo* GetItemByOrgIdx(int orgIdx) const noexcept;
-    // Position of the column with that id, -1 for none or null. Any order of the list, one scan or a search.
-    int FindId(const char16_t* id) const noexcept;
-    int FindId(std::u16string_view id) const noexcept;
+    // Position of the column with that id, -1 for none or null: a search in name order, else a scan.
+    int FindId(Zn_NameArg id) const noexcept;
 
     // Adds a copy (the Link forms: the object itself) at its place in name order and returns its position; a
     // column whose id is there already is not added, and its position is returned. -1 for null.

@@ -71,8 +71,7 @@ public:
     int GetColCount() const noexcept { return GetNormalCount() + GetConstCount(); }
     int GetNormalCount() const noexcept { return columns_.Count(); }
     int GetConstCount() const noexcept { return constColumns_.Count(); }
-    int GetColIndex(const char16_t* id) const noexcept;
-    int GetColIndex(std::u16string_view id) const noexcept;
+    int GetColIndex(Zn_NameArg id) const noexcept;
     const Zn_WString& GetColID(int idx) const noexcept;
     const Zn_ColInfo* GetColInfo(int idx) const noexcept { return columns_.GetItem(idx); }
     Zn_ColInfo* GetSafeColInfo(int idx) noexcept { return columns_.GetSafeItem(idx); }
@@ -94,10 +93,10 @@ public:
     {
         return constColumns_.AddStr(id, value, length);
     }
-    const Zn_Variant* GetConstColumn(const char16_t* id) const noexcept;
+    const Zn_Variant* GetConstColumn(Zn_NameArg id) const noexcept;
     const Zn_Variant* GetConstColumn(int idx) const noexcept;
     int SetConstColumn(int idx, const Zn_Variant* value);
-    int SetConstColumn(const char16_t* id, const Zn_Variant* value);
+    int SetConstColumn(Zn_NameArg id, const Zn_Variant* value);
     template <Zn_PlainValue T>
     int SetConstColumn(int idx, const T& value)
     {
@@ -105,7 +104,7 @@ public:
         return SetConstColumn(idx, &wrapped);
     }
     template <Zn_PlainValue T>
-    int SetConstColumn(const char16_t* id, const T& value)
+    int SetConstColumn(Zn_NameArg id, const T& value)
     {
         const Zn_Variant wrapped(value);
         return SetConstColumn(id, &wrapped);
@@ -114,7 +113,7 @@ public:
     {
         return SetConstColumn(idx, Zn_WString(text, length));
     }
-    int SetConstColumn(const char16_t* id, const char16_t* text, int length)
+    int SetConstColumn(Zn_NameArg id, const char16_t* text, int length)
     {
         return SetConstColumn(id, Zn_WString(text, length));
     }
@@ -123,23 +122,20 @@ public:
     // ---- Values. A constant column answers for every row, a negative one included.
 
     const Zn_Variant* GetColumn(int row, int col) const;
-    const Zn_Variant* GetColumn(int row, const char16_t* id) const { return GetColumn(row, GetColIndex(id)); }
+    const Zn_Variant* GetColumn(int row, Zn_NameArg id) const { return GetColumn(row, GetColIndex(id)); }
     void GetColumn(int row, int col, Zn_Variant& out) const { out = GetColumnNN(row, col); }
-    void GetColumn(int row, const char16_t* id, Zn_Variant& out) const { out = GetColumnNN(row, id); }
+    void GetColumn(int row, Zn_NameArg id, Zn_Variant& out) const { out = GetColumnNN(row, id); }
     const Zn_Variant* GetColumnNN(int row, int col) const { return NotNull(GetColumn(row, col)); }
-    const Zn_Variant* GetColumnNN(int row, const char16_t* id) const { return NotNull(GetColumn(row, id)); }
+    const Zn_Variant* GetColumnNN(int row, Zn_NameArg id) const { return NotNull(GetColumn(row, id)); }
     const Zn_Variant* GetColumnNF(int rawRow, int col) const noexcept;
-    const Zn_Variant* GetColumnNF(int rawRow, const char16_t* id) const { return GetColumnNF(rawRow, GetColIndex(id)); }
+    const Zn_Variant* GetColumnNF(int rawRow, Zn_NameArg id) const { return GetColumnNF(rawRow, GetColIndex(id)); }
     const Zn_Variant* GetColumnNFNN(int rawRow, int col) const { return NotNull(GetColumnNF(rawRow, col)); }
-    const Zn_Variant* GetColumnNFNN(int rawRow, const char16_t* id) const { return NotNull(GetColumnNF(rawRow, id)); }
+    const Zn_Variant* GetColumnNFNN(int rawRow, Zn_NameArg id) const { return NotNull(GetColumnNF(rawRow, id)); }
 
     int SetColumn(int row, int col, const Zn_Variant* value);
-    int SetColumn(int row, const char16_t* id, const Zn_Variant* value)
-    {
-        return SetColumn(row, GetColIndex(id), value);
-    }
+    int SetColumn(int row, Zn_NameArg id, const Zn_Variant* value) { return SetColumn(row, GetColIndex(id), value); }
     int SetColumnNF(int rawRow, int col, const Zn_Variant* value);
-    int SetColumnNF(int rawRow, const char16_t* id, const Zn_Variant* value)
+    int SetColumnNF(int rawRow, Zn_NameArg id, const Zn_Variant* value)
     {
         return SetColumnNF(rawRow, GetColIndex(id), value);
     }
@@ -150,7 +146,7 @@ public:
         return SetColumn(row, col, &wrapped);
     }
     template <Zn_PlainValue T>
-    int SetColumn(int row, const char16_t* id, const T& value)
+    int SetColumn(int row, Zn_NameArg id, const T& value)
     {
         return SetColumn(row, GetColIndex(id), value);
     }
@@ -161,7 +157,7 @@ public:
         return SetColumnNF(rawRow, col, &wrapped);
     }
     template <Zn_PlainValue T>
-    int SetColumnNF(int rawRow, const char16_t* id, const T& value)
+    int SetColumnNF(int rawRow, Zn_NameArg id, const T& value)
     {
         return SetColumnNF(rawRow, GetColIndex(id), value);
     }
@@ -169,7 +165,7 @@ public:
     {
         return SetColumn(row, col, Zn_WString(text, length));
     }
-    int SetColumn(int row, const char16_t* id, const char16_t* text, int length)
+    int SetColumn(int row, Zn_NameArg id, const char16_t* text, int length)
     {
         return SetColumn(row, id, Zn_WString(text, length));
     }
@@ -177,17 +173,17 @@ public:
     {
         return SetColumnNF(rawRow, col, Zn_WString(text, length));
     }
-    int SetColumnNF(int rawRow, const char16_t* id, const char16_t* text, int length)
+    int SetColumnNF(int rawRow, Zn_NameArg id, const char16_t* text, int length)
     {
         return SetColumnNF(rawRow, id, Zn_WString(text, length));
     }
     int SetColumnLink(int row, int col, const Zn_Variant* value);
-    int SetColumnLink(int row, const char16_t* id, const Zn_Variant* value)
+    int SetColumnLink(int row, Zn_NameArg id, const Zn_Variant* value)
     {
         return SetColumnLink(row, GetColIndex(id), value);
     }
     int SetColumnLinkNF(int rawRow, int col, const Zn_Variant* value);
-    int SetColumnLinkNF(int rawRow, const char16_t* id, const Zn_Variant* value)
+    int SetColumnLinkNF(int rawRow, Zn_NameArg id, const Zn_Variant* value)
     {
         return SetColumnLinkNF(rawRow, GetColIndex(id), value);
     }
@@ -201,40 +197,31 @@ public:
     int GetOrgIdx(int row) const;
     int GetOrgIdxNF(int rawRow) const noexcept;
     const Zn_Variant* GetOrgColumn(int row, int col) const;
-    const Zn_Variant* GetOrgColumn(int row, const char16_t* id) const { return GetOrgColumn(row, GetColIndex(id)); }
+    const Zn_Variant* GetOrgColumn(int row, Zn_NameArg id) const { return GetOrgColumn(row, GetColIndex(id)); }
     const Zn_Variant* GetOrgColumnNN(int row, int col) const { return NotNull(GetOrgColumn(row, col)); }
-    const Zn_Variant* GetOrgColumnNN(int row, const char16_t* id) const { return NotNull(GetOrgColumn(row, id)); }
+    const Zn_Variant* GetOrgColumnNN(int row, Zn_NameArg id) const { return NotNull(GetOrgColumn(row, id)); }
     const Zn_Variant* GetOrgColumnNF(int rawRow, int col) const;
-    const Zn_Variant* GetOrgColumnNF(int rawRow, const char16_t* id) const
+    const Zn_Variant* GetOrgColumnNF(int rawRow, Zn_NameArg id) const
     {
         return GetOrgColumnNF(rawRow, GetColIndex(id));
     }
     const Zn_Variant* GetOrgColumnNFNN(int rawRow, int col) const { return NotNull(GetOrgColumnNF(rawRow, col)); }
-    const Zn_Variant* GetOrgColumnNFNN(int rawRow, const char16_t* id) const
-    {
-        return NotNull(GetOrgColumnNF(rawRow, id));
-    }
+    const Zn_Variant* GetOrgColumnNFNN(int rawRow, Zn_NameArg id) const { return NotNull(GetOrgColumnNF(rawRow, id)); }
     int GetOrgBuffCount() const noexcept { return orgBuffer_.Count(); }
     // Row type of an original (4 or 8), 0 when out of range.
     int GetOrgBuffType(int idx) const noexcept;
     const Zn_Variant* GetOrgBuffColumn(int idx, int col) const noexcept;
-    const Zn_Variant* GetOrgBuffColumn(int idx, const char16_t* id) const
-    {
-        return GetOrgBuffColumn(idx, GetColIndex(id));
-    }
+    const Zn_Variant* GetOrgBuffColumn(int idx, Zn_NameArg id) const { return GetOrgBuffColumn(idx, GetColIndex(id)); }
     const Zn_Variant* GetOrgBuffColumnNN(int idx, int col) const { return NotNull(GetOrgBuffColumn(idx, col)); }
-    const Zn_Variant* GetOrgBuffColumnNN(int idx, const char16_t* id) const
-    {
-        return NotNull(GetOrgBuffColumn(idx, id));
-    }
+    const Zn_Variant* GetOrgBuffColumnNN(int idx, Zn_NameArg id) const { return NotNull(GetOrgBuffColumn(idx, id)); }
     int GetDelRowCount() const noexcept;
     // Place in the buffer of originals of the n-th deleted row, -1 when there are fewer. Costs the logarithm of their
     // count.
     int GetDelRowIdx(int n) const noexcept;
     const Zn_Variant* GetDelColumn(int n, int col) const;
-    const Zn_Variant* GetDelColumn(int n, const char16_t* id) const { return GetDelColumn(n, GetColIndex(id)); }
+    const Zn_Variant* GetDelColumn(int n, Zn_NameArg id) const { return GetDelColumn(n, GetColIndex(id)); }
     const Zn_Variant* GetDelColumnNN(int n, int col) const { return NotNull(GetDelColumn(n, col)); }
-    const Zn_Variant* GetDelColumnNN(int n, const char16_t* id) const { return NotNull(GetDelColumn(n, id)); }
+    const Zn_Variant* GetDelColumnNN(int n, Zn_NameArg id) const { return NotNull(GetDelColumn(n, id)); }
 
     // ---- Rows
 

@@ -43,18 +43,15 @@ const Zn_ColInfo* Zn_ColList::GetItemByOrgIdx(int orgIdx) const noexcept
     return nullptr;
 }
 
-int Zn_ColList::FindId(const char16_t* id) const noexcept
+int Zn_ColList::FindId(Zn_NameArg id) const noexcept
 {
-    return id ? FindId(std::u16string_view(id)) : -1;
-}
-
-int Zn_ColList::FindId(std::u16string_view id) const noexcept
-{
+    if (id.IsNull())
+        return -1;
     if (GetOption() == 1 && !touched_)
-        return FindInOrder(id);
+        return FindInOrder(id.GetView());
     for (int i = 0, n = Count(); i < n; ++i) {
         const Zn_ColInfo* column = GetItem(i);
-        if (column && zn_iequal(column->id, id))
+        if (column && zn_iequal(column->id, id.GetView()))
             return i;
     }
     return -1;

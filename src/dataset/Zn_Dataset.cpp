@@ -73,12 +73,7 @@ int Zn_Dataset::IsUpdated() const noexcept
     return insertCount_ > 0 || orgBuffer_.Count() > 0;
 }
 
-int Zn_Dataset::GetColIndex(const char16_t* id) const noexcept
-{
-    return id ? GetColIndex(std::u16string_view(id)) : -1;
-}
-
-int Zn_Dataset::GetColIndex(std::u16string_view id) const noexcept
+int Zn_Dataset::GetColIndex(Zn_NameArg id) const noexcept
 {
     if (const int position = columns_.FindId(id); position >= 0)
         return position;
@@ -109,7 +104,7 @@ int Zn_Dataset::AddColumn(const Zn_WString& id, short type, short size, short su
 
 int Zn_Dataset::AddColumn(const Zn_ColInfo* column)
 {
-    if (!column || GetColIndex(column->id.GetView()) >= 0)
+    if (!column || GetColIndex(column->id) >= 0)
         return 0;
     Zn_ColInfo defined(*column);
     defined.orgIdx = static_cast<short>(columns_.Count());
@@ -131,7 +126,7 @@ int Zn_Dataset::AppendColList(const Zn_ColList* list)
     return GetColCount();
 }
 
-const Zn_Variant* Zn_Dataset::GetConstColumn(const char16_t* id) const noexcept
+const Zn_Variant* Zn_Dataset::GetConstColumn(Zn_NameArg id) const noexcept
 {
     return GetConstColumn(constColumns_.FindId(id));
 }
@@ -147,7 +142,7 @@ int Zn_Dataset::SetConstColumn(int idx, const Zn_Variant* value)
     return constColumns_.SetVariant(idx, value) >= 0;
 }
 
-int Zn_Dataset::SetConstColumn(const char16_t* id, const Zn_Variant* value)
+int Zn_Dataset::SetConstColumn(Zn_NameArg id, const Zn_Variant* value)
 {
     return SetConstColumn(constColumns_.FindId(id), value);
 }

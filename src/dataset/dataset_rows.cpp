@@ -189,7 +189,7 @@ bool TextMatches(const Zn_Variant* value, Match match)
 template <class Match>
 int Zn_Dataset::FindVisibleRow(const Zn_WString& colId, Match match) const
 {
-    const int col = GetColIndex(colId.GetView());
+    const int col = GetColIndex(colId);
     if (col < 0)
         return -1;
     for (int row = 0, n = GetRowCount(); row < n; ++row) {
@@ -214,8 +214,8 @@ int Zn_Dataset::LookupDataRowAs(const Zn_WString& colId, const Zn_WString& value
 const Zn_Variant* Zn_Dataset::LookupDataText(const Zn_WString& keyCol, const Zn_WString& keyValue,
                                              const Zn_WString& textCol) const
 {
-    const int key = GetColIndex(keyCol.GetView());
-    const int text = GetColIndex(textCol.GetView());
+    const int key = GetColIndex(keyCol);
+    const int text = GetColIndex(textCol);
     if (key < 0 || text < 0)
         return nullptr;
     for (int i = 0, n = rows_.Count(); i < n; ++i) {

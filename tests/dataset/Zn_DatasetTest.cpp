@@ -14,6 +14,8 @@ TEST(Dataset, ColumnsAreInNameOrderAndConstantOnesBehind)
     EXPECT_EQ(table.AddColumn(u"USER"), 0) << "a constant column has that id";
     EXPECT_EQ(table.GetColCount(), 3);
     EXPECT_EQ(table.GetColIndex(u"user"), 2);
+    EXPECT_EQ(table.GetColIndex(Zn_WString(u"user")), 2) << "names may be text of any kind";
+    EXPECT_EQ(table.GetColIndex(std::u16string_view(u"userx", 4)), 2);
     EXPECT_EQ(table.GetColIndex(static_cast<const char16_t*>(nullptr)), -1);
     EXPECT_EQ(table.GetColID(2), u"user");
     EXPECT_EQ(table.GetColID(3), u"");
