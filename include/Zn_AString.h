@@ -8,7 +8,6 @@
 
 class Zn_AString;
 class Zn_Buffer;
-extern template class ZN_API Zn_StringBase<char, Zn_AString>;
 
 class ZN_API Zn_AString : public Zn_StringBase<char, Zn_AString> {
 public:

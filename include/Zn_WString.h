@@ -13,8 +13,6 @@
 #include <cstdarg>
 
 class Zn_AString;
-class Zn_WString;
-extern template class ZN_API Zn_StringBase<char16_t, Zn_WString>;
 
 class ZN_API Zn_WString : public Zn_StringBase<char16_t, Zn_WString> {
 public:
