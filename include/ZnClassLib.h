@@ -15,6 +15,7 @@
 #include "Zn_DatasetList.h"
 #include "Zn_DateTime.h"
 #include "Zn_ErrorMsg.h"
+#include "Zn_HtmlDOM.h"
 #include "Zn_IntList.h"
 #include "Zn_KeyedTextList.h"
 #include "Zn_ListObjHandler.h"
