@@ -142,3 +142,8 @@ private:
     static inline constexpr Char kNul = Char(0);
     Char* text_ = nullptr;
 };
+
+class Zn_AString;
+class Zn_WString;
+extern template class ZN_API Zn_StringBase<char, Zn_AString>;
+extern template class ZN_API Zn_StringBase<char16_t, Zn_WString>;
