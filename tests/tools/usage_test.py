@@ -2,7 +2,7 @@ import shlex
 
 from tool import STORE, ToolTest, main
 
-COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "message", "messages")
+COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "compress", "decompress", "message", "messages")
 
 
 class Usage(ToolTest):
@@ -28,7 +28,7 @@ class Usage(ToolTest):
                     words = line[line.index("zn ") + 3:].split(" | ")[0]
                     self.zn(*shlex.split(words))
                     tried += 1
-        self.assertEqual(tried, 13)
+        self.assertEqual(tried, 15)
 
     def test_a_wrong_command_line(self):
         for arguments, fragment in ((("",), "--help"), ((), "subcommand"), (("shoe",), "subcommand"), (("show",), "FILE is required"),

@@ -20,6 +20,8 @@ void AddEdit(CLI::App& app, ExitCode& exitCode);
 void AddApply(CLI::App& app, ExitCode& exitCode);
 void AddReset(CLI::App& app, ExitCode& exitCode);
 void AddAccept(CLI::App& app, ExitCode& exitCode);
+void AddCompress(CLI::App& app, ExitCode& exitCode);
+void AddDecompress(CLI::App& app, ExitCode& exitCode);
 void AddMessage(CLI::App& app, ExitCode& exitCode);
 void AddMessages(CLI::App& app, ExitCode& exitCode);
 

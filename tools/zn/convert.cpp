@@ -1,8 +1,8 @@
 #include "commands.h"
 
 #include "cell_text.h"
+#include "container.h"
 #include "csv.h"
-#include "files.h"
 #include "output_options.h"
 #include "progress.h"
 #include "table_states.h"
@@ -23,6 +23,7 @@ struct Options {
     std::vector<std::string> types;
     std::string delimiter = ",";
     std::string from;
+    bool compress = false;
 };
 
 constexpr unsigned kUtf8 = 65001;
@@ -45,12 +46,13 @@ Message ReadCsvMessage(const Options& options)
     message.codePage = message.paramCodePage = kUtf8;
     std::string name = options.dataset;
     if (name.empty() && options.in != "-")
-        name = std::filesystem::path(options.in).stem().string();
+        name = std::filesystem::path(FormName(options.in)).stem().string();
     if (name.empty())
         throw Failure(BadUsage, "--dataset NAME is needed: standard input does not name the table");
     const ColumnTypes types = ParseColumnTypes(options.types);
     const Progress progress("reading " + message.label);
-    const Zn_Buffer bytes = ReadFile(options.in);
+    long long compressedBytes = 0;
+    const Zn_Buffer bytes = ReadRestored(options.in, compressedBytes);
     Zn_Dataset& table = *message.tables.GetSafeItem(0, 1);
     table.Change2CodePage(kUtf8);
     table.SetId(Zn_WString::FromUtf8(name));
@@ -113,26 +115,28 @@ void SayUnchangedRows(const Message& message, const std::string& out)
 void Convert(const Options& options)
 {
     const Encoding encoding = OutputEncoding(options.out, options.wishes, std::nullopt);
-    const bool fromCsv = options.from.empty() ? HasExtension(options.in, ".csv") : options.from == "csv";
+    const bool fromCsv = options.from.empty() ? HasExtension(FormName(options.in), ".csv") : options.from == "csv";
     if (!options.types.empty() && !fromCsv)
         throw Failure(BadUsage, "--types goes with CSV as IN; other messages know their types");
+    OutputWishes wishes = options.wishes;
+    wishes.compress = options.compress || IsNamedCompressed(options.out);
+    if (*wishes.compress && encoding == Encoding::Csv)
+        throw Failure(BadUsage, FileLabel(options.out, true) + ": CSV is not compressed; zn compress does that");
     Message message = fromCsv ? ReadCsvMessage(options) : ReadWholeMessage(options.in);
     if (encoding == Encoding::Csv)
         return WriteCsvFile(message, options);
     if (!options.dataset.empty() && !fromCsv)
         KeepTable(message, options.dataset);
-    WriteMessage(message, options.out, options.wishes);
+    WriteMessage(message, options.out, wishes);
     if (options.wishes.mode == ChangesOnly)
         SayUnchangedRows(message, options.out);
 }
 
 constexpr const char* kFooter =
-    "The form of OUT follows --to, else the extension .xml, .bin or .csv. The form of IN is told by content; CSV by "
-    "the\n"
-    "extension .csv or --from csv. Mode 1 loses nothing: a message without changes is the same in modes 0 and 1, one "
-    "that\n"
-    "holds changed rows alone (mode 2) stays so. The code page is that of IN; CSV is UTF-8 and\n"
-    "tells neither types nor sizes of columns.\n"
+    "The form of OUT follows --to, else the extension .xml, .bin or .csv, which .lz may follow. The form of IN,\n"
+    "compressed or not, is told by content; CSV by the extension .csv or --from csv. Mode 1 loses nothing: a message\n"
+    "without changes is the same in modes 0 and 1, one that holds changed rows alone (mode 2) stays so. The code page\n"
+    "is that of IN; CSV is UTF-8 and tells neither types nor sizes of columns.\n"
     "CSV without --types: a column whose values are all dates (YYYYMMDD) is DATE, whole numbers INT, numbers DECIMAL,\n"
     "any other STRING; numbers with leading zeros stay text. An empty field is no value, \"\" an empty text.\n"
     "What the form of OUT can't hold is said on standard error.\n"
@@ -163,6 +167,7 @@ void AddConvert(CLI::App& app, ExitCode&)
         ->allow_extra_args(false);
     command->add_option("--delimiter", options->delimiter, "of CSV fields; tab for a tabulator")
         ->type_name("CHARACTER");
+    command->add_flag("--compress", options->compress, "compress OUT, as a name ending in .lz does too");
     command->footer(kFooter);
     command->callback([options] { Convert(*options); });
 }

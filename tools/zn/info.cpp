@@ -53,6 +53,8 @@ void PrintInfo(const Message& message)
     if (message.encoding == Encoding::Binary && message.paramCodePage != message.codePage)
         out.Write("parameters  in code page " + CodePageText(message.paramCodePage) + "\n");
     out.Write("bytes       " + std::to_string(message.bytes) + "\n");
+    if (message.compressedBytes > 0)
+        out.Write("compressed  to " + std::to_string(message.compressedBytes) + " bytes\n");
     out.Write("parameters  " + std::to_string(message.params.Count()) + "\n");
     out.Write("tables      " + std::to_string(message.tables.Count()) + "\n\n");
     if (message.tables.Count() == 0)

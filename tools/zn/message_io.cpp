@@ -1,8 +1,8 @@
 #include "message_io.h"
 
 #include "cell_text.h"
+#include "container.h"
 #include "failure.h"
-#include "files.h"
 #include "losses.h"
 #include "progress.h"
 #include "xml_check.h"
@@ -191,12 +191,14 @@ Message ReadMessage(const std::string& path)
     message.label = FileLabel(path);
     {
         Progress progress("reading " + message.label);
-        Zn_Buffer bytes = ReadFile(path);
+        Zn_Buffer bytes = ReadRestored(path, message.compressedBytes);
         message.bytes = bytes.GetLength();
         if (LooksBinary(bytes))
             ReadBinary(bytes, message, progress);
         else if (LooksLikeXml(bytes))
             ReadXml(bytes, message, progress);
+        else if (LooksCompressed(bytes))
+            throw Failure(BadData, message.label + ": is damaged: the checksum in it is not that of its bytes");
         else
             throw Failure(BadData, message.label + ": byte 0: neither an XML message nor a binary one");
     }
@@ -237,7 +239,7 @@ Encoding OutputEncoding(const std::string& path, const OutputWishes& wishes, std
         return *wishes.encoding;
     for (const auto& [extension, encoding] :
          {std::pair(".xml", Encoding::Xml), std::pair(".bin", Encoding::Binary), std::pair(".csv", Encoding::Csv)}) {
-        if (HasExtension(path, extension))
+        if (HasExtension(FormName(path), extension))
             return encoding;
     }
     if (!otherwise)
@@ -258,7 +260,9 @@ void WriteMessage(Message& message, const std::string& path, const OutputWishes&
         throw Failure(BadData, label + ": " + losses.unreadable);
     {
         const Progress progress("writing " + label);
-        const Zn_Buffer out = Encode(message, encoding, wishes.mode);
+        Zn_Buffer out = Encode(message, encoding, wishes.mode);
+        if (wishes.compress.value_or(IsNamedCompressed(path) || message.compressedBytes > 0))
+            out = Compressed(out);
         WriteFile(path, {reinterpret_cast<const char*>(out.GetData()), static_cast<std::size_t>(out.GetLength())});
     }
     for (const std::string& line : losses.lines)

@@ -1,7 +1,8 @@
-// Messages as the commands work on them: read from a file in either encoding, written in a form of choice.
+// Messages as the commands work on them: read from a file in either encoding, compressed or not, written in a form of
+// choice.
 //
 // Reading tells XML from binary by content and remembers what the file was in, so that a message written
-// again without other wishes is in the same encoding and code page, its tables in the same order.
+// again without other wishes is in the same encoding and code page, its tables in the same order, and compressed again.
 #pragma once
 
 #include "Zn_Stream.h"
@@ -25,6 +26,7 @@ struct Message {
     unsigned paramCodePage = 0; // of the binary form's parameters and column names
     Zn_WString charset;         // as the XML declaration writes it
     long long bytes = 0;
+    long long compressedBytes = 0;     // of the container it was in; 0 for none
     std::vector<long long> tableBytes; // as far as they are known
     std::string note;                  // something odd that a whole message can have
     std::string damage;                // where and why reading stopped; empty for a whole message
@@ -48,6 +50,7 @@ struct OutputWishes {
     std::optional<Encoding> encoding; // else by the file's extension
     int mode = AllRowsWithChanges;
     unsigned codePage = 0;
+    std::optional<bool> compress; // else when the file's name ends so, or what was read was compressed
 };
 
 // The encoding to write a file in: the wish, else by the extension, else the one given (none: fails).
