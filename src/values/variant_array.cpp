@@ -2,10 +2,15 @@
 
 #include <utility>
 
-// The copies noted by this thread's outermost copy.
+// The copies noted by this thread's outermost copy, which it works off before it ends.
 class Zn_Variant::ArrayBox::PendingCopies {
 public:
     static constinit thread_local PendingCopies* current;
+
+    PendingCopies() noexcept { current = this; }
+    ~PendingCopies() { current = nullptr; }
+    PendingCopies(const PendingCopies&) = delete;
+    PendingCopies& operator=(const PendingCopies&) = delete;
 
     void Note(ArrayBox* box, const Zn_VariantList& source) noexcept
     {
@@ -48,10 +53,8 @@ Zn_Variant::ArrayBox* Zn_Variant::ArrayBox::NewCopy(const Zn_VariantList& source
         return box;
     }
     PendingCopies copies;
-    PendingCopies::current = &copies;
     box->list.AssignList(source);
     copies.Work();
-    PendingCopies::current = nullptr;
     return box;
 }
 

@@ -72,20 +72,17 @@ int Zn_Variant::Load(short recordType, const Zn_Buffer& buffer, int offset, unsi
     case Integer:
         if (left < 4)
             return -1;
-        live_ = Bits;
-        value_.integer = static_cast<std::int32_t>(zn::GetBe32(bytes));
+        new (this) Zn_Variant(static_cast<int>(zn::GetBe32(bytes)));
         return offset + 4;
     case Decimal:
         if (left < 8)
             return -1;
-        live_ = Bits;
-        value_.decimal = std::bit_cast<double>(zn::GetBe64(bytes));
+        new (this) Zn_Variant(std::bit_cast<double>(zn::GetBe64(bytes)));
         return offset + 8;
     case Currency:
         if (left < 8)
             return -1;
-        live_ = Bits;
-        value_.currency = Zn_Currency::FromRaw(static_cast<std::int64_t>(zn::GetBe64(bytes)));
+        new (this) Zn_Variant(Zn_Currency::FromRaw(static_cast<std::int64_t>(zn::GetBe64(bytes))));
         return offset + 8;
     case String:
     case Date: { // a date's text stays text
