@@ -122,7 +122,7 @@ class Apply(ToolTest):
         self.fails(2, "--key t:Nome: there is no such table with such a column",
                    arguments=("apply", "base.xml", "c.xml", "out.xml", "-k", "t:Nome"))
         self.fails(2, "--key t:: give COLUMN", arguments=("apply", "base.xml", "c.xml", "out.xml", "-k", "t:"))
-        self.fails(1, "changes of its own; accept or reset them first",
+        self.fails(1, "changes of its own; accept or reset the base first",
                    arguments=("apply", STORE / "changes-mode1.bin", STORE / "changes-mode2.bin", "out.bin"))
         outcome = self.zn("apply", "base.xml", "base.xml", "out.xml")
         self.assertIn("no row in it is inserted, updated or deleted", outcome.err)

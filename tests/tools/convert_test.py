@@ -28,7 +28,7 @@ class Convert(ToolTest):
     def test_modes(self):
         outcome = self.zn("convert", STORE / "changes-mode1.bin", "out.xml", "--mode", 2)
         self.assertEqual(self.read("out.xml"), (STORE / "changes-mode2.xml").read_bytes())
-        self.assertIn("mode 2 leaves out 411 rows", outcome.err)
+        self.assertIn("mode 2 leaves out 411 rows without a change", outcome.err)
         outcome = self.zn("convert", STORE / "changes-mode1.bin", "now.xml", "--mode", 0)
         self.assertIn("mode 0 leaves out which rows were inserted (3) and updated (34)", outcome.err)
         self.assertNotIn(b"org_record", self.read("now.xml"))

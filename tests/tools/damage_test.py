@@ -51,7 +51,7 @@ class Damage(ToolTest):
         outcome = self.zn("info", "-", stdin=word(9) + message([], [good])[2:])
         self.assertIn("byte 0: 8 tables are announced, 1 are there", outcome.err)
         table = xml_table("t", [("A", "INT")], [["1"]])
-        self.assertIn("1 tables have the name of a later one", self.zn("info", "-", stdin=xml_message(table + table)).err)
+        self.assertIn("1 table with the name of a later one", self.zn("info", "-", stdin=xml_message(table + table)).err)
         self.assertEqual(self.zn("info", "-", stdin=b"\xef\xbb\xbf" + xml_message(table)).err, "")
 
     def test_deep_markup(self):

@@ -39,11 +39,11 @@ class Edit(ToolTest):
                          ["0 normal 0 n0", "1 normal 1 n1"])
 
     def test_words_and_quotes(self):
-        self.write("edits.txt", '\ufeff# a comment\r\n\r\n  set t 0 Name="São \\"Paulo\\" \\\\ \\u00e9\\n\\t"\n'
+        self.write("edits.txt", '\ufeff# a comment\r\n\r\n  set t 0 Name="São \\"Paulo\\" \\\\ \\u00e9\\ud83d\\ude00\\n\\t"\n'
                    'set "t" 1 "Unit price"=2.5 Name=a"b\\c\n\tinsert t Name="" "Id"="12"')
         self.zn("edit", "t.xml", "out.bin", "--script", "edits.txt", "set t 2 Name=first")
         self.assertEqual(self.zn("convert", "out.bin", "-", "--to", "csv", "-d", "t").text,
-                         'Id,Name,Price,Unit price\r\n0,"São ""Paulo"" \\ é\n\t",,\r\n1,"a""b\\c",,2.5\r\n2,first,,\r\n'
+                         'Id,Name,Price,Unit price\r\n0,"São ""Paulo"" \\ é😀\n\t",,\r\n1,"a""b\\c",,2.5\r\n2,first,,\r\n'
                          '3,n3,,\r\n4,n4,,\r\n12,"",,\r\n')
         self.assertEqual(self.edited("insert", "t", "Name=a b = \"c\"")[5], '5 inserted a b = "c"')
 
@@ -71,7 +71,7 @@ class Edit(ToolTest):
                                                                     ["412", "412", "0", "0", "0", "0"],
                                                                     ["2241", "2240", "1", "0", "0", "0"]])
         outcome = self.zn("reset", STORE / "changes-mode1.xml", "x.xml")
-        self.assertIn("invoices: 18 deleted rows do not return", outcome.err)
+        self.assertIn("invoices: 18 deleted rows can't return", outcome.err)
 
     def test_mistakes(self):
         cases = [

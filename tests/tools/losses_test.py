@@ -26,15 +26,15 @@ class Losses(ToolTest):
     def test_binary_to_xml(self):
         empty_text = word(8) + word(0)
         cases = [
-            ("amount", one_cell("CURRENCY", amount(190000)), "t: column A: 1 values (the first in row 0) are amounts"),
-            ("empty text", one_cell("STRING", empty_text), "t: column A: 1 values (the first in row 0) are empty texts"),
-            ("type", one_cell("STRING", integer(5)), "t: column A: 1 values (the first in row 0) are of another type"),
-            ("date", one_cell("DATE", date("20240102")), "t: column A: 1 values (the first in row 0) are of another type"),
-            ("decimal", one_cell("DECIMAL", word(5) + b"\x7f\xf0" + bytes(6)), "t: column A: 1 values (the first in row 0) are no finite"),
+            ("amount", one_cell("CURRENCY", amount(190000)), "t: column A: an amount that this form does not hold reads back as another (row 0)"),
+            ("empty text", one_cell("STRING", empty_text), "t: column A: an empty text reads back as no value (row 0)"),
+            ("type", one_cell("STRING", integer(5)), "t: column A: a value of another type"),
+            ("date", one_cell("DATE", date("20240102")), "t: column A: a value of another type"),
+            ("decimal", one_cell("DECIMAL", word(5) + b"\x7f\xf0" + bytes(6)), "t: column A: a number that is not finite"),
             ("element name", message([], [dataset("t", [("unit price", "INT")], [record([integer(5)])])]),
              "t: column unit price: the name is none that an element can have"),
             ("digit first", message([], [dataset("t", [("1st", "INT")], [record([integer(5)])])]), "t: column 1st: the name is none"),
-            ("marks", message([], [dataset("t", ONE, [record([text("x")], flags=0x1001)])]), "t: the selection and filter marks of 1 rows"),
+            ("marks", message([], [dataset("t", ONE, [record([text("x")], flags=0x1001)])]), "t: selection and filter marks are left out, of 1 row"),
             ("places", message([], [dataset("t", ONE, [record([text("x")])], deleted=[record([text("y")], 8, 0)])]),
              "t: XML keeps no places of deleted rows"),
             ("parameter", message([("p", amount(10000))]), "parameter p: the CURRENCY value reads back as the text '1'"),
@@ -52,9 +52,9 @@ class Losses(ToolTest):
 
     def test_xml_to_binary(self):
         cases = [
-            ("amount", xml_message(xml_table("t", [("A", "CURRENCY")], [["12.5"]])), "t: column A: 1 values (the first in row 0) are amounts"),
-            ("surrogate", xml_message(xml_table("t", ONE, [["&#xD800;"]])), "t: column A: 1 values (the first in row 0) hold characters"),
-            ("page", xml_message("<params><param id='p' type='STRING'>&#233;</param></params>", "euc-kr"), "parameter p: 1 value: hold characters"),
+            ("amount", xml_message(xml_table("t", [("A", "CURRENCY")], [["12.5"]])), "t: column A: an amount that this form does not hold reads back as another (row 0)"),
+            ("surrogate", xml_message(xml_table("t", ONE, [["&#xD800;"]])), "t: column A: characters that the code page lacks"),
+            ("page", xml_message("<params><param id='p' type='STRING'>&#233;</param></params>", "euc-kr"), "parameter p: characters that"),
             ("summary", xml_message('<dataset id="t"><colinfo id="A" size="4" type="INT" summ="sum"/></dataset>'),
              "t: column A: its summary is left out"),
         ]
@@ -67,9 +67,14 @@ class Losses(ToolTest):
         columns = [("A_1:x", "STRING"), ("B", "INT"), ("C", "STRING"), ("D", "BLOB")]
         self.assertTrue(self.check(message([("p", text("")), ("q", text(" x "))], [dataset("t", columns, [row])]), "out.xml"))
 
+    def test_cells_are_counted(self):
+        rows = [["1"], ["12.5"], [""], ["0.5"]]
+        self.check(xml_message(xml_table("t", [("A", "CURRENCY")], rows)), "out.bin", "t: column A: an amount that this form "
+                   "does not hold reads back as another (3 times, the first in row 0)")
+
     def test_originals_count_too(self):
         rows = [record([text("new")], 4, 0) + record([word(8) + word(0)], 4, 0)]
-        self.check(message([], [dataset("t", ONE, rows)]), "out.xml", "t: column A: 1 values (the first in original 0) are empty texts")
+        self.check(message([], [dataset("t", ONE, rows)]), "out.xml", "t: column A: an empty text reads back as no value (original 0)")
 
 
 class Unreadable(ToolTest):

@@ -1,5 +1,9 @@
+import os
+import re
 import shlex
+import subprocess
 
+import tool
 from tool import STORE, ToolTest, main
 
 COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "compress", "decompress", "message", "messages")
@@ -29,6 +33,22 @@ class Usage(ToolTest):
                     self.zn(*shlex.split(words))
                     tried += 1
         self.assertEqual(tried, 15)
+
+    def test_the_page_about_the_tool_shows_what_it_prints(self):
+        for file in STORE.iterdir():
+            self.write(file.name, file.read_bytes())
+        page = (STORE.parents[2] / "docs" / "tool.md").read_text("utf-8")
+        path = os.pathsep.join([os.path.dirname(tool.ZN), os.environ["PATH"]])
+        blocks = re.findall(r"```console\n(.*?)```", page, re.DOTALL)
+        self.assertGreater(len(blocks), 8)
+        for block in blocks:
+            printed = ""
+            for line in block.splitlines():
+                if line.startswith("$ "):
+                    done = subprocess.run(line[2:], shell=True, cwd=self.folder, env={**os.environ, "PATH": path, "LC_ALL": "C.UTF-8"},
+                                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60, check=False)
+                    printed += line + "\n" + done.stdout.decode("utf-8").replace("\r\n", "\n")
+            self.assertEqual(printed, block)
 
     def test_a_wrong_command_line(self):
         for arguments, fragment in ((("",), "--help"), ((), "subcommand"), (("shoe",), "subcommand"), (("show",), "FILE is required"),

@@ -85,7 +85,7 @@ public:
                 return CheckBoth(key.columns, base, changes);
         }
         const std::vector<int> order = DefinitionOrder(base);
-        const Key first = order.empty() ? Key() : Key{base.GetColID(order[0])};
+        Key first = order.empty() ? Key() : Key{base.GetColID(order[0])};
         const std::string name = ToUtf8(changes.GetId().GetView());
         if (first.empty() || !HasColumns(changes, first) || !IsUnique(base, first))
             throw Failure(BadUsage,
@@ -123,7 +123,7 @@ void ReportConflicts(const std::vector<std::string>& conflicts, const std::strin
     for (std::size_t i = 0; i < conflicts.size() && i < kMostReported; ++i)
         Complain(label + ": " + conflicts[i]);
     if (conflicts.size() > kMostReported)
-        Complain(label + ": and " + std::to_string(conflicts.size() - kMostReported) + " more conflicts");
+        Complain(label + ": and " + Counted(static_cast<long long>(conflicts.size() - kMostReported), "more conflict"));
 }
 
 // The tables whose changes are to be applied, each with its base; what stands against it becomes a conflict.
@@ -142,8 +142,8 @@ std::vector<TableMerge> Prepare(Message& base, const Message& changes, const Opt
             continue;
         }
         if (const int own = CountStates(*target).Changes(); own > 0)
-            conflicts.push_back(name + ": the base has " + std::to_string(own) +
-                                " changes of its own; accept or reset them first");
+            conflicts.push_back(name + ": the base has " + Counted(own, "change") +
+                                " of its own; accept or reset the base first");
         target->SetUpdate(options.track);
         TableMerge& merge = merges.emplace_back(*target, table, keys.Choose(*target, table));
         merge.Resolve();

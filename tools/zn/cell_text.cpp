@@ -71,7 +71,7 @@ std::u16string AmountText(const Zn_Currency& amount)
     std::string text = (raw < 0 ? "-" : "") + std::to_string(size / kUnit);
     std::string decimals = std::to_string(size % kUnit + kUnit);
     decimals[0] = '.';
-    text += decimals.substr(0, decimals.find_last_not_of("0") + 1);
+    text += decimals.substr(0, decimals.find_last_not_of('0') + 1);
     if (text.back() == '.')
         text.pop_back();
     return {text.begin(), text.end()};
@@ -109,6 +109,11 @@ int TwoDigits(std::u16string_view text, std::size_t pos)
 std::string ToUtf8(std::u16string_view text)
 {
     return Zn_WString(text).ToUtf8();
+}
+
+std::string Counted(long long count, const std::string& noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 bool FromUtf8(std::string_view bytes, Zn_WString& text)

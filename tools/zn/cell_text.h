@@ -12,6 +12,8 @@
 namespace zntool {
 
 std::string ToUtf8(std::u16string_view text);
+// "1 row", "2 rows".
+std::string Counted(long long count, const std::string& noun);
 // Fails to convert (returns false) when the bytes are no UTF-8.
 bool FromUtf8(std::string_view bytes, Zn_WString& text);
 

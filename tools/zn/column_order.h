@@ -4,6 +4,7 @@
 #include "Zn_Dataset.h"
 
 #include <algorithm>
+#include <numeric>
 #include <vector>
 
 namespace zntool {
@@ -11,9 +12,8 @@ namespace zntool {
 // Positions of the ordinary columns.
 inline std::vector<int> DefinitionOrder(const Zn_Dataset& table)
 {
-    std::vector<int> order;
-    for (int col = 0; col < table.GetNormalCount(); ++col)
-        order.push_back(col);
+    std::vector<int> order(static_cast<std::size_t>(table.GetNormalCount()));
+    std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(),
                      [&](int a, int b) { return table.GetColInfo(a)->GetOrgIdx() < table.GetColInfo(b)->GetOrgIdx(); });
     return order;

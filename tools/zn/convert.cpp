@@ -26,8 +26,6 @@ struct Options {
     bool compress = false;
 };
 
-constexpr unsigned kUtf8 = 65001;
-
 char DelimiterOf(const Options& options)
 {
     const std::string& text = options.delimiter;
@@ -56,8 +54,7 @@ Message ReadCsvMessage(const Options& options)
     Zn_Dataset& table = *message.tables.GetSafeItem(0, 1);
     table.Change2CodePage(kUtf8);
     table.SetId(Zn_WString::FromUtf8(name));
-    ReadCsv({reinterpret_cast<const char*>(bytes.GetData()), bytes.GetSpan().size()}, message.label,
-            DelimiterOf(options), types, table);
+    ReadCsv(AsText(bytes), message.label, DelimiterOf(options), types, table);
     return message;
 }
 
@@ -67,12 +64,11 @@ std::string LeftOutOfCsv(const Message& message, const Zn_Dataset& table)
     const States states = CountStates(table);
     std::string text;
     for (const auto& [count, what] :
-         {std::pair(message.params.Count(), " parameters"), std::pair(message.tables.Count() - 1, " other tables"),
-          std::pair(table.GetConstCount(), " constant columns"),
-          std::pair(states.inserted + states.updated, " row states"), std::pair(states.originals, " originals"),
-          std::pair(states.deleted, " deleted rows")}) {
+         {std::pair(message.params.Count(), "parameter"), std::pair(message.tables.Count() - 1, "other table"),
+          std::pair(table.GetConstCount(), "constant column"), std::pair(states.inserted + states.updated, "row state"),
+          std::pair(states.originals, "original"), std::pair(states.deleted, "deleted row")}) {
         if (count > 0)
-            text += (text.empty() ? "" : ", ") + std::to_string(count) + what;
+            text += (text.empty() ? "" : ", ") + Counted(count, what);
     }
     return text;
 }
@@ -109,7 +105,7 @@ void SayUnchangedRows(const Message& message, const std::string& out)
     for (const Zn_Dataset& table : message.tables)
         left += CountStates(table).normal;
     if (left > 0)
-        Complain(FileLabel(out, true) + ": mode 2 leaves out " + std::to_string(left) + " rows that did not change");
+        Complain(FileLabel(out, true) + ": mode 2 leaves out " + Counted(left, "row") + " without a change");
 }
 
 void Convert(const Options& options)

@@ -1,17 +1,15 @@
 #include "csv_records.h"
 
 #include "failure.h"
+#include "files.h"
 
 #include <algorithm>
 
 namespace zntool {
 
 CsvRecords::CsvRecords(std::string_view text, const std::string& label, char delimiter)
-    : text_(text), label_(label), delimiter_(delimiter)
+    : text_(WithoutMark(text)), label_(label), delimiter_(delimiter)
 {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    if (text_.starts_with(kMark))
-        pos_ = kMark.size();
     while (pos_ < text_.size())
         ReadRecord();
 }

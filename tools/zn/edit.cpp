@@ -26,8 +26,7 @@ void Edit(const Options& options)
     std::vector<EditCommand> commands = ParseEditArguments(options.commands);
     for (const std::string& script : options.scripts) {
         const Zn_Buffer bytes = ReadFile(script);
-        const std::string_view text(reinterpret_cast<const char*>(bytes.GetData()), bytes.GetSpan().size());
-        const std::vector<EditCommand> more = ParseEditScript(text, FileLabel(script));
+        const std::vector<EditCommand> more = ParseEditScript(AsText(bytes), FileLabel(script));
         commands.insert(commands.end(), more.begin(), more.end());
     }
     Message message = ReadWholeMessage(options.in);

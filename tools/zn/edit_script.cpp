@@ -1,5 +1,7 @@
 #include "edit_script.h"
 
+#include "files.h"
+
 #include "Zn_WString.h"
 
 #include <algorithm>
@@ -27,9 +29,11 @@ constexpr std::array<VerbForm, 5> kVerbs{{
 
 const VerbForm* FindVerb(std::string_view name)
 {
-    const auto found =
-        std::find_if(kVerbs.begin(), kVerbs.end(), [&](const VerbForm& form) { return form.name == name; });
-    return found == kVerbs.end() ? nullptr : &*found;
+    for (const VerbForm& form : kVerbs) {
+        if (form.name == name)
+            return &form;
+    }
+    return nullptr;
 }
 
 // Cuts a line into words.
@@ -94,19 +98,35 @@ private:
     {
         constexpr std::string_view kLetters = "\"\\nrt";
         constexpr std::string_view kMeant = "\"\\\n\r\t";
-        const char letter = ++pos_ < line_.size() ? line_[pos_] : ' ';
-        if (const std::size_t known = kLetters.find(letter); known != std::string_view::npos) {
-            text += kMeant[known];
-            return;
+        if (line_.substr(pos_).starts_with("\\u"))
+            return AppendUnits(text);
+        const std::size_t known = ++pos_ < line_.size() ? kLetters.find(line_[pos_]) : std::string_view::npos;
+        if (known == std::string_view::npos)
+            FailEscape();
+        text += kMeant[known];
+    }
+
+    // One or more \uXXXX in a row: UTF-16, so that two of them may make one character.
+    void AppendUnits(std::string& text)
+    {
+        constexpr std::size_t kLength = 6;
+        Zn_WString units;
+        for (; line_.substr(pos_).starts_with("\\u"); pos_ += kLength) {
+            unsigned unit = 0;
+            const std::string_view digits = line_.substr(pos_).substr(2, 4);
+            const char* stop = digits.data() + digits.size();
+            const auto [end, error] = std::from_chars(digits.data(), stop, unit, 16);
+            if (error != std::errc() || digits.size() != 4 || end != stop)
+                FailEscape();
+            units += static_cast<char16_t>(unit);
         }
-        unsigned unit = 0;
-        const std::string_view digits = line_.substr(std::min(pos_ + 1, line_.size()), 4);
-        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
-        if (letter != 'u' || error != std::errc() || digits.size() != 4 || end != digits.data() + 4)
-            place_.Fail(R"(after \ in quotes there is one of " \ n r t or u and four hexadecimal digits)");
-        const char16_t ch = static_cast<char16_t>(unit);
-        text += Zn_WString(&ch, 1).ToUtf8();
-        pos_ += digits.size();
+        text += units.ToUtf8();
+        --pos_;
+    }
+
+    [[noreturn]] void FailEscape() const
+    {
+        place_.Fail(R"(after \ in quotes there is one of " \ n r t or u and four hexadecimal digits)");
     }
 
     std::string_view line_;
@@ -154,9 +174,7 @@ EditCommand Build(const std::vector<EditWord>& words, const EditPlace& place)
 
 std::vector<EditCommand> ParseEditScript(std::string_view script, const std::string& label)
 {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    if (script.starts_with(kMark))
-        script.remove_prefix(kMark.size());
+    script = WithoutMark(script);
     std::vector<EditCommand> commands;
     for (int number = 1; !script.empty(); ++number) {
         const std::size_t end = std::min(script.find('\n'), script.size());

@@ -98,9 +98,8 @@ void Editor::Finish()
 {
     for (int i = 0; i < message_.tables.Count(); ++i) {
         Zn_Dataset* table = message_.tables.GetSafeItem(i);
-        const auto& deleted = sheets_[table].deleted;
-        for (auto row = deleted.rbegin(); row != deleted.rend(); ++row)
-            table->DeleteRow(*row);
+        for (const int row : sheets_[table].deleted)
+            table->DeleteRow(row);
     }
     sheets_.clear();
 }
@@ -141,9 +140,9 @@ int Editor::FindRowByValue(const Zn_Dataset& table, const EditCommand& command)
         }
     }
     if (count != 1)
-        command.place.Fail("table " + command.table + " has " +
-                           (count == 0 ? "no row" : std::to_string(count) + " rows") + " with " + command.row.text +
-                           "=" + *command.row.value + (count == 0 ? "" : "; one is needed"));
+        command.place.Fail("table " + command.table + " has " + (count == 0 ? "no row" : Counted(count, "row")) +
+                           " with " + command.row.text + "=" + *command.row.value +
+                           (count == 0 ? "" : "; one is needed"));
     return found;
 }
 

@@ -7,6 +7,7 @@
 #include "edit_script.h"
 #include "message_io.h"
 
+#include <functional>
 #include <map>
 #include <set>
 #include <unordered_map>
@@ -26,8 +27,8 @@ public:
 private:
     using ValueIndex = std::unordered_multimap<std::u16string, int>;
     struct Sheet {
-        std::set<int> deleted;
-        std::map<int, ValueIndex> indexes; // by column
+        std::set<int, std::greater<>> deleted; // the last first, so that taking one out moves no other
+        std::map<int, ValueIndex> indexes;     // by column
     };
 
     int FindRow(const Zn_Dataset& table, const EditCommand& command);

@@ -19,7 +19,7 @@ constexpr int kChunk = 1 << 20;
 constexpr long long kLargest = 0x7FFFF000;
 
 struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
 };
 using File = std::unique_ptr<std::FILE, Closer>;
 

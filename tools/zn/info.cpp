@@ -67,6 +67,7 @@ void PrintInfo(const Message& message)
     if (message.codePage == 0)
         columns.push_back({u"code page", true});
     std::vector<std::vector<std::u16string>> lines;
+    lines.reserve(static_cast<std::size_t>(message.tables.Count()));
     for (int i = 0; i < message.tables.Count(); ++i)
         lines.push_back(Figures(message, i));
     PrintTable(

@@ -16,19 +16,18 @@ constexpr int kLongestText = 32767; // bytes of a text in the binary form, whose
 constexpr int kPlaces = 32768;      // of deleted rows that the binary form tells apart
 constexpr int kMostColumns = 32767;
 constexpr int kMostParams = 65535;
-constexpr unsigned kUtf8 = 65001;
 
-// What can happen to one value. The words follow "3 values (the first in row 5)".
+// What can happen to one value.
 enum class Loss { None, Amount, NotFinite, EmptyText, OtherType, DateText, NoRecord, Characters, TooLong };
 constexpr std::array<const char*, 9> kWords = {
     "",
-    "are amounts that this form does not hold and read back as others",
-    "are no finite numbers and read back as 0",
-    "are empty texts and read back as no value",
-    "are of another type than their column's and read back as text or as that type",
-    "are DATE values and read back as empty ones",
-    "are of a type that the binary form leaves out and read back as no value",
-    "hold characters that the code page lacks and read back with others in their place",
+    "an amount that this form does not hold reads back as another",
+    "a number that is not finite reads back as 0",
+    "an empty text reads back as no value",
+    "a value of another type than its column's reads back as text, or as that type",
+    "a DATE value reads back as an empty one",
+    "a value of a type that the binary form leaves out reads back as none",
+    "characters that the code page lacks read back as others",
     "",
 };
 
@@ -177,7 +176,7 @@ private:
             Say(place + ": the " + ToUtf8(value.GetTypeString()) + " value reads back as the text '" +
                 ToUtf8(value.ToString().GetView()) + "'");
         else if (const Loss loss = XmlLoss(value, value.type); loss != Loss::None && loss != Loss::EmptyText)
-            Say(place + ": 1 value: " + kWords[static_cast<std::size_t>(loss)]);
+            Say(place + ": " + kWords[static_cast<std::size_t>(loss)]);
     }
 
     void SayBinaryVariable(const std::string& place, const Zn_Variable& variable, unsigned codePage)
@@ -190,7 +189,7 @@ private:
         if (loss == Loss::TooLong || !FitsBinary(variable.id.GetView(), codePage))
             SayUnreadable(place + ": a text of more than 32,767 bytes does not fit the binary form");
         else if (loss != Loss::None)
-            Say(place + ": 1 value: " + kWords[static_cast<std::size_t>(loss)]);
+            Say(place + ": " + kWords[static_cast<std::size_t>(loss)]);
     }
 
     void FindInTable(const Zn_Dataset& table)
@@ -210,14 +209,14 @@ private:
                 ")");
         if (xml_ && mode_ != AllRows && message_.knowsPlaces && states.deleted > 0)
             Say("XML keeps no places of deleted rows: a reset of what is written can't put " +
-                std::to_string(states.deleted) + " of them back");
+                Counted(states.deleted, "row") + " back");
         if (!xml_ && mode_ != AllRows && message_.knowsPlaces && states.deleted > 0 &&
             table.GetRowCountNF() + states.deleted > kPlaces)
             Say("the binary form keeps places below 32,768 alone: a reset of what is written may leave out or misplace "
                 "some of the " +
                 std::to_string(states.deleted) + " deleted rows");
         if (states.marked > 0)
-            Say("the selection and filter marks of " + std::to_string(states.marked) + " rows are left out");
+            Say("selection and filter marks are left out, of " + Counted(states.marked, "row"));
         FindInCells(table);
     }
 
@@ -252,8 +251,10 @@ private:
                 LookAt(table, col, table.GetOrgBuffColumn(i, col), "original ", i);
         }
         for (const auto& [key, tally] : tallies_)
-            Say("column " + ToUtf8(table.GetColID(key.first).GetView()) + ": " + std::to_string(tally.count) +
-                " values (the first in " + tally.first + ") " + kWords[static_cast<std::size_t>(key.second)]);
+            Say("column " + ToUtf8(table.GetColID(key.first).GetView()) + ": " +
+                kWords[static_cast<std::size_t>(key.second)] + " (" +
+                (tally.count > 1 ? std::to_string(tally.count) + " times, the first in " : std::string()) +
+                tally.first + ")");
     }
 
     void LookAt(const Zn_Dataset& table, int col, const Zn_Variant* value, const char* where, int number)

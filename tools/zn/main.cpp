@@ -1,16 +1,16 @@
 // zn: shows, converts and edits messages of parameters and tables.
 #include "commands.h"
+#include "terminal.h"
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <new>
 
 namespace zntool {
 
 void Complain(const std::string& text)
 {
-    std::fprintf(stderr, "zn: %s\n", text.c_str());
+    WriteError("zn: " + text + "\n");
 }
 
 namespace {
@@ -35,7 +35,7 @@ int Run(int argc, char** argv)
         if (error.get_exit_code() == 0)
             return app.exit(error); // help or version
         Complain(error.what());
-        std::fputs("zn: see zn --help\n", stderr);
+        Complain("see zn --help");
         return BadUsage;
     } catch (const Failure& failure) {
         Complain(failure.what());

@@ -4,6 +4,7 @@
 #include "key_columns.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 namespace zntool {
@@ -12,8 +13,8 @@ namespace {
 std::vector<int> Places(const Zn_Dataset& table, const std::vector<Zn_WString>& key)
 {
     std::vector<int> places;
-    for (const Zn_WString& id : key)
-        places.push_back(table.GetColIndex(id.GetView()));
+    std::transform(key.begin(), key.end(), std::back_inserter(places),
+                   [&](const Zn_WString& id) { return table.GetColIndex(id.GetView()); });
     return places;
 }
 

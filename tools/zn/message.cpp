@@ -7,9 +7,9 @@
 #include <CLI/CLI.hpp>
 
 #include <charconv>
-#include <cstdio>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace zntool {
@@ -46,8 +46,10 @@ int ReadCode(std::string_view text)
 
 std::string CodeText(std::uint32_t code)
 {
-    char text[16];
-    std::snprintf(text, sizeof text, "%08lX", static_cast<unsigned long>(code));
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string text;
+    for (int shift = 28; shift >= 0; shift -= 4)
+        text += kDigits[code >> shift & 0xF];
     return text;
 }
 

@@ -15,7 +15,6 @@
 namespace zntool {
 namespace {
 
-constexpr unsigned kUtf8 = 65001;
 constexpr unsigned kUtf16 = 1200;
 
 // Makes a page the locale's, in which the binary form has parameters and column names, for as long as it lives.
@@ -37,12 +36,9 @@ unsigned ReadWord(const Zn_Buffer& bytes, int offset)
 
 bool LooksLikeXml(const Zn_Buffer& bytes)
 {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    std::string_view text(reinterpret_cast<const char*>(bytes.GetData()), static_cast<std::size_t>(bytes.GetLength()));
-    if (text.starts_with(kMark))
-        text.remove_prefix(kMark.size());
-    const auto first = std::find_if_not(text.begin(), text.end(), [](char ch) { return zn_isspace(ch); });
-    return first != text.end() && *first == '<';
+    const std::string_view text = WithoutMark(AsText(bytes));
+    const std::size_t first = text.find_first_not_of(" \t\r\n\v\f");
+    return first != std::string_view::npos && text[first] == '<';
 }
 
 bool LooksBinary(const Zn_Buffer& bytes)
@@ -147,7 +143,7 @@ void ReadXml(const Zn_Buffer& bytes, Message& message, Progress& progress)
     message.tableBytes = DatasetBytes(bytes);
     const long long doubled = static_cast<long long>(message.tableBytes.size()) - count;
     if (message.damage.empty() && doubled > 0)
-        message.note = std::to_string(doubled) + " tables have the name of a later one, which replaces them";
+        message.note = Counted(doubled, "table") + " with the name of a later one, which takes the place";
     if (doubled != 0)
         message.tableBytes.clear();
 }
@@ -263,7 +259,7 @@ void WriteMessage(Message& message, const std::string& path, const OutputWishes&
         Zn_Buffer out = Encode(message, encoding, wishes.mode);
         if (wishes.compress.value_or(IsNamedCompressed(path) || message.compressedBytes > 0))
             out = Compressed(out);
-        WriteFile(path, {reinterpret_cast<const char*>(out.GetData()), static_cast<std::size_t>(out.GetLength())});
+        WriteFile(path, AsText(out));
     }
     for (const std::string& line : losses.lines)
         Complain(label + ": " + line);

@@ -14,6 +14,8 @@
 
 namespace zntool {
 
+inline constexpr unsigned kUtf8 = 65001;
+
 enum class Encoding { Xml, Binary, Csv };
 
 // The data modes of a message.

@@ -35,8 +35,8 @@ Output::Output() : terminal_(zntool::IsTerminal(stdout)), colour_(WantsColour(st
 
 Output::~Output()
 {
-    std::fwrite(pending_.data(), 1, pending_.size(), stdout);
-    std::fflush(stdout);
+    static_cast<void>(std::fwrite(pending_.data(), 1, pending_.size(), stdout));
+    static_cast<void>(std::fflush(stdout));
 }
 
 void Output::Write(std::string_view text)

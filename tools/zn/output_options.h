@@ -11,7 +11,7 @@ inline void AddEncodingOption(CLI::App& command, OutputWishes& wishes, bool csv)
 {
     std::vector<std::string> names{"xml", "bin"};
     if (csv)
-        names.push_back("csv");
+        names.emplace_back("csv");
     const auto take = [&wishes](const std::string& name) {
         wishes.encoding = name == "xml" ? Encoding::Xml : name == "bin" ? Encoding::Binary : Encoding::Csv;
     };

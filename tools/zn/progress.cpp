@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <utility>
 
 namespace zntool {
@@ -44,8 +43,7 @@ void Progress::Watch()
         const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
         Draw(passed.count());
     } while (!wake_.wait_for(lock, kRefresh, [this] { return over_; }));
-    std::fputs("\r\033[K", stderr);
-    std::fflush(stderr);
+    WriteError("\r\033[K");
 }
 
 void Progress::Draw(double seconds) const
@@ -61,8 +59,7 @@ void Progress::Draw(double seconds) const
         std::fill_n(bar.begin() + static_cast<int>(seconds * 10) % (kBarCells - 3), 3, '#');
         figure = std::to_string(static_cast<int>(seconds)) + " s";
     }
-    std::fprintf(stderr, "\r%s [%s] %s\033[K", what_.c_str(), bar.c_str(), figure.c_str());
-    std::fflush(stderr);
+    WriteError("\r" + what_ + " [" + bar + "] " + figure + "\033[K");
 }
 
 } // namespace zntool

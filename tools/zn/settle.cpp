@@ -27,8 +27,7 @@ void SettleTable(Zn_Dataset& table, Settle settle, const std::string& label)
     const int expected = before.normal + before.updated + before.deleted;
     if (settle == &Zn_Dataset::Reset && table.GetRowCountNF() < expected)
         Complain(label + ": " + ToUtf8(table.GetId().GetView()) + ": " +
-                 std::to_string(expected - table.GetRowCountNF()) +
-                 " deleted rows do not return: where they stood is not known");
+                 Counted(expected - table.GetRowCountNF(), "deleted row") + " can't return: no place is known");
 }
 
 void Run(const Options& options, Settle settle)

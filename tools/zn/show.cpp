@@ -136,7 +136,7 @@ private:
         const States states = CountStates(table_);
         out_.Write("\n");
         out_.Write(ToUtf8(Printable(table_.GetId().GetView())), Style::Title);
-        out_.Write(": " + std::to_string(table_.GetRowCountNF()) + " rows");
+        out_.Write(": " + Counted(table_.GetRowCountNF(), "row"));
         for (const auto& [count, word] :
              {std::pair(states.inserted, " inserted"), std::pair(states.updated, " updated")}) {
             if (count > 0)

@@ -28,6 +28,12 @@ bool IsTerminal(std::FILE* stream)
 void MakeBinary(std::FILE*) {}
 #endif
 
+void WriteError(const std::string& text)
+{
+    static_cast<void>(std::fputs(text.c_str(), stderr));
+    static_cast<void>(std::fflush(stderr));
+}
+
 bool WantsColour(std::FILE* stream)
 {
     const char* refused = std::getenv("NO_COLOR");

@@ -1,6 +1,7 @@
 #include "xml_check.h"
 
 #include "cell_text.h"
+#include "files.h"
 #include "progress.h"
 
 #include "Zn_SAXIterator.h"
@@ -67,17 +68,12 @@ struct Declaration final : Zn_SAXIterator {
     using Zn_SAXIterator::GetCharSet_A;
 };
 
-std::string_view View(const Zn_Buffer& bytes)
-{
-    return {reinterpret_cast<const char*>(bytes.GetData()), static_cast<std::size_t>(bytes.GetLength())};
-}
-
 } // namespace
 
 Zn_WString DeclaredCharset(const Zn_Buffer& xml)
 {
     Zn_AString name;
-    const std::string_view text = View(xml);
+    const std::string_view text = AsText(xml);
     if (Declaration::GetCharSet_A(text.data(), xml.GetLength(), name) != 1)
         return {};
     return Zn_WString(name.GetText(), name.GetLength(), 1252);
@@ -85,7 +81,7 @@ Zn_WString DeclaredCharset(const Zn_Buffer& xml)
 
 std::string FindXmlFault(const Zn_Buffer& xml, unsigned codePage, Progress& progress)
 {
-    const std::string_view bytes = View(xml);
+    const std::string_view bytes = AsText(xml);
     const Zn_WString text(bytes.data(), xml.GetLength(), codePage);
     Follower follower(text.GetView(), progress);
     Zn_SAXIterator reader(&follower);
@@ -98,7 +94,7 @@ std::vector<long long> DatasetBytes(const Zn_Buffer& xml)
 {
     constexpr std::string_view kStart = "<dataset";
     constexpr std::string_view kEnd = "</dataset>";
-    const std::string_view text = View(xml);
+    const std::string_view text = AsText(xml);
     std::vector<long long> sizes;
     for (std::size_t pos = text.find(kStart); pos != std::string_view::npos; pos = text.find(kStart, pos)) {
         std::size_t tagEnd = text.find('>', pos);
