@@ -24,5 +24,7 @@ void AddCompress(CLI::App& app, ExitCode& exitCode);
 void AddDecompress(CLI::App& app, ExitCode& exitCode);
 void AddMessage(CLI::App& app, ExitCode& exitCode);
 void AddMessages(CLI::App& app, ExitCode& exitCode);
+void AddHtml(CLI::App& app, ExitCode& exitCode);
+void AddXml(CLI::App& app, ExitCode& exitCode);
 
 } // namespace zntool
