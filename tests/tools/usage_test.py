@@ -6,7 +6,8 @@ import subprocess
 import tool
 from tool import STORE, ToolTest, main
 
-COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "compress", "decompress", "message", "messages")
+COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "compress", "decompress", "message", "messages",
+            "html", "xml")
 
 
 class Usage(ToolTest):
@@ -24,6 +25,8 @@ class Usage(ToolTest):
         for name, sample in (("store.bin", "store.bin"), ("changes.bin", "changes-mode2.bin"), ("edited.bin", "changes-mode1.bin")):
             self.write(name, (STORE / sample).read_bytes())
         self.write("edits.txt", "delete lines 0\n")
+        self.write("page.html", "<a href=x>y</a>")
+        self.write("message.xml", "<a><column/></a>")
         self.write("prices.csv", "Id,Price,Note\n1,2.50,x\n")
         tried = 0
         for command in COMMANDS:
@@ -32,7 +35,7 @@ class Usage(ToolTest):
                     words = line[line.index("zn ") + 3:].split(" | ")[0]
                     self.zn(*shlex.split(words))
                     tried += 1
-        self.assertEqual(tried, 15)
+        self.assertEqual(tried, 17)
 
     def test_the_page_about_the_tool_shows_what_it_prints(self):
         for file in STORE.iterdir():
