@@ -10,7 +10,8 @@
 
 namespace zn {
 class ByteWriter;
-}
+class RecordBuilder;
+} // namespace zn
 class Zn_OriginalIndex;
 
 class ZN_API Zn_Record : public Zn_VariantList {
@@ -65,6 +66,8 @@ public:
     // Reads it at offset; returns the offset behind it. Data cut short gives the buffer's length; a value that
     // can't be read clears the record and gives its negative result.
     int Load(const Zn_Buffer& in, int offset, unsigned codePage);
+    // The same with the builder of a decoder that reads many records.
+    int LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::RecordBuilder& values);
 
     static void InitWithMemory(Zn_Record* memory) { Zn_InitInPlace(memory); }
     static void FreeWithMemory(Zn_Record* item) { Zn_FreeInPlace(item); }

@@ -112,6 +112,12 @@ constexpr int kHeadSize = 6;
 
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
 {
+    zn::RecordBuilder values;
+    return LoadFrom(in, offset, codePage, values);
+}
+
+int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::RecordBuilder& values)
+{
     const int length = in.GetLength();
     const unsigned char* data = in.GetData();
     if (offset < 0 || offset > length || length - offset < kHeadSize)
@@ -122,7 +128,7 @@ int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
     offset += kHeadSize;
     ReleaseList();
     // A count that the data can't hold must not take memory for itself: every value has two bytes at least.
-    zn::RecordBuilder values(std::min(count, (length - offset) / 2));
+    values.Begin(std::min(count, (length - offset) / 2));
     int end = offset;
     for (int k = 0; k < count && end >= 0; ++k) {
         if (length - end < 2) {

@@ -3,6 +3,7 @@
 #include "Zn_Dataset.h"
 
 #include "dataset/original_index.h"
+#include "dataset/record_builder.h"
 #include "foundation/byte_writer.h"
 
 #include <algorithm>
@@ -148,12 +149,13 @@ int Zn_Dataset::LoadData(const Zn_Buffer& in, int offset, int& count)
         return length;
     count = static_cast<std::int32_t>(zn::GetBe32(in.GetData() + offset));
     offset += 4;
+    zn::RecordBuilder values;
     for (int i = 0; i < count && offset < length; ++i) {
         Zn_Record* row = rows_.NewItem();
         const int rawRow = row ? rows_.AddNew(row) : -1;
         if (rawRow < 0)
             return 0;
-        offset = row->Load(in, offset, codePage_);
+        offset = row->LoadFrom(in, offset, codePage_, values);
         if (offset >= 0 && row->GetType() == Zn_Record::Updated)
             offset = LoadOriginal(in, offset, *row, rawRow);
         if (offset < 0) {

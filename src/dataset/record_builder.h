@@ -63,7 +63,8 @@ private:
     {
         if (next_ == stocked_) {
             next_ = 0;
-            const int wanted = likely_ - static_cast<int>(values_.size()) + 1;
+            // More with every time: one builder may read many records.
+            const int wanted = std::max(likely_ - static_cast<int>(values_.size()) + 1, 2 * stocked_);
             stocked_ = handler_.NewItems(stock_, std::clamp(wanted, 1, static_cast<int>(std::size(stock_))));
             if (stocked_ == 0)
                 return nullptr;

@@ -8,6 +8,13 @@
 
 namespace zn {
 
+namespace {
+
+constexpr std::size_t kBlockUnits = 0x4000; // of a text that are converted at once
+constexpr std::size_t kUtf8Slack = 4;       // room that EncodeUtf8 asks for beyond what it needs
+
+} // namespace
+
 ByteWriter::ByteWriter(Zn_Buffer& out, unsigned codePage) noexcept
     : out_(out), codePage_(zn_activecodepage(codePage)), isUtf8_(codePage_ == kUtf8), length_(out.GetLength())
 {
@@ -46,14 +53,17 @@ void ByteWriter::PutBytes(std::span<const unsigned char> bytes) noexcept
 void ByteWriter::PutText(std::u16string_view text) noexcept
 {
     constexpr std::size_t kCount = 2;
-    unsigned char* to = Room(kCount + text.size());
+    const std::size_t room = isUtf8_ ? kUtf8Slack + 3 * std::min(text.size(), kBlockUnits) : 0;
+    unsigned char* to = Room(kCount + room);
     if (!to)
         return;
-    std::size_t length = isUtf8_ ? CopyAscii(text, reinterpret_cast<char*>(to + kCount), text.size()) : 0;
-    if (length < text.size()) {
+    // A long text, or an unpaired surrogate, is left to the encoder.
+    const Converted whole = EncodeUtf8(text, reinterpret_cast<char*>(to + kCount), room);
+    std::size_t length = whole.written;
+    if (whole.read < text.size()) {
         const auto start = static_cast<std::size_t>(to - begin_);
         at_ = to + kCount + length;
-        length += PutEncoded(text.substr(length));
+        length += PutEncoded(text.substr(whole.read));
         to = begin_ + start;
     }
     const auto counted = static_cast<std::uint16_t>(length);
@@ -64,7 +74,6 @@ void ByteWriter::PutText(std::u16string_view text) noexcept
 std::size_t ByteWriter::PutEncoded(std::u16string_view text) noexcept
 {
     constexpr std::size_t kSlack = 64;
-    constexpr std::size_t kBlockUnits = 0x4000;
     if (!encoder_)
         encoder_.emplace(codePage_);
     std::size_t written = 0;

@@ -8,15 +8,11 @@ namespace zn {
 
 namespace {
 
-// Characters that one step of the ASCII path takes. Its loops have fixed counts and work on local
-// copies, which is what compilers turn into a few vector instructions.
-constexpr std::size_t kStep = 16;
-
-template <class Unit>
-bool AllAscii(const Unit (&block)[kStep]) noexcept
+template <class Unit, std::size_t kCount>
+bool AllAscii(const Unit (&block)[kCount]) noexcept
 {
     constexpr std::uint64_t kHigh = sizeof(Unit) == 1 ? 0x8080808080808080u : 0xFF80FF80FF80FF80u;
-    std::uint64_t words[sizeof block / 8];
+    std::uint64_t words[(sizeof block + 7) / 8] = {};
     std::memcpy(words, block, sizeof block);
     std::uint64_t all = 0;
     for (const std::uint64_t word : words)
@@ -24,20 +20,35 @@ bool AllAscii(const Unit (&block)[kStep]) noexcept
     return (all & kHigh) == 0;
 }
 
+// One step of the ASCII path: copies a block when there is that much and all of it is ASCII. The loop has a fixed
+// count and works on local copies, which is what compilers turn into a few vector instructions.
+template <std::size_t kCount, class From, class To>
+bool CopyAsciiBlock(const From* in, std::size_t left, To* out) noexcept
+{
+    if (left < kCount)
+        return false;
+    From block[kCount];
+    std::memcpy(block, in, sizeof block);
+    if (!AllAscii(block))
+        return false;
+    To put[kCount];
+    for (std::size_t i = 0; i < kCount; ++i)
+        put[i] = static_cast<To>(block[i]);
+    std::memcpy(out, put, sizeof put);
+    return true;
+}
+
 template <class From, class To>
 std::size_t CopyAsciiRun(const From* in, std::size_t count, To* out) noexcept
 {
     std::size_t at = 0;
-    for (; at + kStep <= count; at += kStep) {
-        From block[kStep];
-        std::memcpy(block, in + at, sizeof block);
-        if (!AllAscii(block))
-            break;
-        To put[kStep];
-        for (std::size_t i = 0; i < kStep; ++i)
-            put[i] = static_cast<To>(block[i]);
-        std::memcpy(out + at, put, sizeof put);
-    }
+    while (CopyAsciiBlock<16>(in + at, count - at, out + at))
+        at += 16;
+    // The rest of the run is shorter than that: most texts of a table are, too.
+    if (CopyAsciiBlock<8>(in + at, count - at, out + at))
+        at += 8;
+    if (CopyAsciiBlock<4>(in + at, count - at, out + at))
+        at += 4;
     for (; at < count && static_cast<std::make_unsigned_t<From>>(in[at]) < 0x80; ++at)
         out[at] = static_cast<To>(in[at]);
     return at;
