@@ -3,7 +3,7 @@
 #include "Zn_Compress.h"
 #include "Zn_Stream.h"
 
-#include "stream/plain_coder.h"
+#include "stream/coder_inputs.h"
 
 #include <benchmark/benchmark.h>
 
@@ -84,20 +84,6 @@ plain::Bytes MakeText()
     return text;
 }
 
-plain::Bytes MakeHard(const std::function<void(plain::Bytes&, unsigned, std::mt19937&)>& append)
-{
-    std::mt19937 random(1);
-    plain::Bytes bytes;
-    for (unsigned i = 0; bytes.size() < kHardSize; ++i)
-        append(bytes, i, random);
-    return bytes;
-}
-
-unsigned char Byte(std::uint_fast32_t value)
-{
-    return static_cast<unsigned char>(value);
-}
-
 struct Input {
     std::string name;
     Zn_Buffer bytes;
@@ -106,45 +92,25 @@ struct Input {
     int fastSize = 0;
 };
 
+std::vector<Input> MakeInputs()
+{
+    const auto saveXml = [](const auto& params, auto& tables, Zn_Buffer& out) {
+        ZnXmlStreamSave(params, tables, out, 65001, nullptr, 0);
+    };
+    const auto saveBinary = [](const auto& params, auto& tables, Zn_Buffer& out) {
+        ZnBinStreamSave(params, tables, out, 0);
+    };
+    std::vector<Input> inputs{{"xml", MakeMessage(saveXml), true},
+                              {"binary", MakeMessage(saveBinary), true},
+                              {"text", BufferOf(MakeText()), true}};
+    for (const InputKind& kind : InputKinds())
+        inputs.push_back({kind.name, BufferOf(kind.Make(kHardSize, 1)), false});
+    return inputs;
+}
+
 std::vector<Input>& Inputs()
 {
-    static std::vector<Input> inputs = {
-        {"xml", MakeMessage([](const auto& params, auto& tables, Zn_Buffer& out) {
-             ZnXmlStreamSave(params, tables, out, 65001, nullptr, 0);
-         }),
-         true},
-        {"binary",
-         MakeMessage([](const auto& params, auto& tables, Zn_Buffer& out) { ZnBinStreamSave(params, tables, out, 0); }),
-         true},
-        {"text", BufferOf(MakeText()), true},
-        {"random", BufferOf(MakeHard([](plain::Bytes& bytes, unsigned, std::mt19937& random) {
-             bytes.push_back(Byte(random()));
-         })),
-         false},
-        {"run", BufferOf(plain::Bytes(kHardSize, 'a')), false},
-        {"two_letters", BufferOf(MakeHard([](plain::Bytes& bytes, unsigned, std::mt19937& random) {
-             bytes.push_back(Byte('a' + random() % 2));
-         })),
-         false},
-        {"rising_pairs", BufferOf(MakeHard([](plain::Bytes& bytes, unsigned i, std::mt19937&) {
-             bytes.insert(bytes.end(), {'a', Byte(i / 8)});
-         })),
-         false},
-        {"rising_numbers", BufferOf(MakeHard([](plain::Bytes& bytes, unsigned i, std::mt19937&) {
-             bytes.insert(bytes.end(), {'a', 'b', 'c', Byte(i >> 8), Byte(i)});
-         })),
-         false},
-        {"short_runs", BufferOf(MakeHard([](plain::Bytes& bytes, unsigned i, std::mt19937& random) {
-             bytes.insert(bytes.end(), 3 + random() % 4, 'm');
-             bytes.push_back(Byte(i / 4));
-         })),
-         false},
-        {"long_runs", BufferOf(MakeHard([](plain::Bytes& bytes, unsigned i, std::mt19937& random) {
-             bytes.insert(bytes.end(), 3 + random() % 27, 'm');
-             bytes.push_back(Byte(i));
-         })),
-         false},
-    };
+    static std::vector<Input> inputs = MakeInputs();
     return inputs;
 }
 

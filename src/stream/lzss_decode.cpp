@@ -33,7 +33,6 @@ public:
 
 private:
     static constexpr int kSize = 1 << 16;
-    static constexpr int kSlack = 24; // a copy may write this far past its end
     static constexpr std::size_t kWholeGroup = 2 * kItemsInGroup;
 
     unsigned Take() noexcept
@@ -110,7 +109,7 @@ private:
     bool isWhole_ = true;
     int base_ = kFirstPosition - kRingSize;
     int end_ = kRingSize;
-    unsigned char bytes_[kSize + kSlack];
+    unsigned char bytes_[kSize];
 };
 
 } // namespace

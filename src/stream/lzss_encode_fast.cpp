@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <new>
 
@@ -127,25 +128,37 @@ private:
         latest = static_cast<Place>(index);
     }
 
-    // Where the three bytes at an index stood last before it.
-    Place Earlier(Index index) const noexcept { return earlier_[index & kRingMask]; }
+    // A walk over the places where the three bytes at some index stood, back from there.
+    struct Chain {
+        Place from;
+        Place next;
+        int distance = 0; // of the place it has come to
+        int steps = 0;
+
+        int DistanceOfNext() const noexcept { return static_cast<Place>(from - next); }
+    };
+
+    Chain ChainFrom(Index index) const noexcept { return {static_cast<Place>(index), earlier_[index & kRingMask]}; }
+
+    // False at the end, which is where the window ends, or where a place is too old to be told from a later one.
+    bool Advance(Chain& chain) const noexcept
+    {
+        const int distance = chain.DistanceOfNext();
+        if (distance <= chain.distance || distance > kLargestDistance)
+            return false;
+        chain.distance = distance;
+        chain.next = earlier_[chain.next & kRingMask];
+        ++chain.steps;
+        return true;
+    }
 
     Match Find(Index index) noexcept
     {
         const unsigned char* key = text_.At(index);
         Match best;
-        Place from = static_cast<Place>(index); // less than a candidate of the chain by the distance
-        Place candidate = Earlier(index);
-        int last = 0;
-        int steps = 0;
-        for (int strangers = 0; allowance_ > 0; --allowance_) {
-            const int distance = static_cast<Place>(from - candidate);
-            if (distance <= last || distance > kLargestDistance)
-                break;
-            last = distance;
-            candidate = Earlier(candidate);
-            ++steps;
-            const unsigned char* place = key - distance;
+        Chain chain = ChainFrom(index);
+        for (int strangers = 0; allowance_ > 0 && Advance(chain); --allowance_) {
+            const unsigned char* place = key - chain.distance;
             if (best.length >= kShortestMatch && std::memcmp(key + best.length - 3, place + best.length - 3, 4) != 0)
                 continue;
             const int length = CommonLength(key, place);
@@ -154,18 +167,14 @@ private:
                     break; // other bytes with the same hash, which only made-up input has in numbers
                 continue;
             }
-            best = {length, distance};
+            best = {length, chain.distance};
             if (length == kLongestMatch)
                 break;
             // A longer match holds the next byte too. Where the three bytes that end with it are much rarer than those
             // of this chain, the places where they stand are the candidates to try.
-            const Index tail = index + length + 1 - kShortestMatch;
-            const int gap = static_cast<Place>(tail - Earlier(tail));
-            if (gap * steps > kMuchRarer * distance) {
-                from = static_cast<Place>(tail);
-                candidate = Earlier(tail);
-                last = steps = 0;
-            }
+            const Chain ofTail = ChainFrom(index + length + 1 - kShortestMatch);
+            if (ofTail.DistanceOfNext() * chain.steps > kMuchRarer * chain.distance)
+                chain = ofTail;
         }
         return best;
     }

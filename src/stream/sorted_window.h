@@ -21,6 +21,7 @@
 #include "stream/lzss.h"
 
 #include <bit>
+#include <initializer_list>
 
 namespace zn {
 
