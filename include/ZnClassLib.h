@@ -25,6 +25,7 @@
 #include "Zn_NamedStr.h"
 #include "Zn_ObjBufPool.h"
 #include "Zn_ObjList.h"
+#include "Zn_Path.h"
 #include "Zn_PointerSeq.h"
 #include "Zn_PtrList.h"
 #include "Zn_Record.h"
