@@ -181,7 +181,7 @@ int Run(const std::string& path, const std::string& folder)
 int main(int argc, char** argv)
 {
     if (argc != 3) {
-        std::fprintf(stderr, "exchange STORE_MESSAGE FOLDER\n");
+        std::fputs("exchange STORE_MESSAGE FOLDER\n", stderr);
         return 2;
     }
     return Run(argv[1], argv[2]);

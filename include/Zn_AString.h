@@ -21,8 +21,16 @@ public:
     Zn_AString(const char16_t* text, int length, unsigned codePage) { Set(text, length, codePage); }
     Zn_AString& operator=(const Zn_AString&) noexcept = default;
     Zn_AString& operator=(Zn_AString&&) noexcept = default;
-    Zn_AString& operator=(const char* text) { Set(text); return *this; }
-    Zn_AString& operator=(std::string_view text) { Set(text); return *this; }
+    Zn_AString& operator=(const char* text)
+    {
+        Set(text);
+        return *this;
+    }
+    Zn_AString& operator=(std::string_view text)
+    {
+        Set(text);
+        return *this;
+    }
 
     void Set(const Zn_AString& other) { *this = other; }
     void Set(const char* text, int length = -1) { AssignView(ViewOf(text, length)); }
@@ -32,10 +40,26 @@ public:
     void Set(int value);
     void Set(double value);
 
-    Zn_AString& operator+=(const Zn_AString& other) { AppendView(other.GetView()); return *this; }
-    Zn_AString& operator+=(const char* text) { AppendView(ViewOf(text)); return *this; }
-    Zn_AString& operator+=(std::string_view text) { AppendView(text); return *this; }
-    Zn_AString& operator+=(char ch) { AppendView(View(&ch, 1)); return *this; }
+    Zn_AString& operator+=(const Zn_AString& other)
+    {
+        AppendView(other.GetView());
+        return *this;
+    }
+    Zn_AString& operator+=(const char* text)
+    {
+        AppendView(ViewOf(text));
+        return *this;
+    }
+    Zn_AString& operator+=(std::string_view text)
+    {
+        AppendView(text);
+        return *this;
+    }
+    Zn_AString& operator+=(char ch)
+    {
+        AppendView(View(&ch, 1));
+        return *this;
+    }
     // Wide text, converted to the locale's code page.
     Zn_AString& operator+=(const char16_t* text);
 

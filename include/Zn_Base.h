@@ -8,15 +8,15 @@
 #include <cstdint>
 
 #if defined(_WIN32)
-#  if defined(ZN_BUILD_SHARED)
-#    define ZN_API __declspec(dllexport)
-#  elif defined(ZN_USE_SHARED)
-#    define ZN_API __declspec(dllimport)
-#  else
-#    define ZN_API
-#  endif
+#    if defined(ZN_BUILD_SHARED)
+#        define ZN_API __declspec(dllexport)
+#    elif defined(ZN_USE_SHARED)
+#        define ZN_API __declspec(dllimport)
+#    else
+#        define ZN_API
+#    endif
 #else
-#  define ZN_API __attribute__((visibility("default")))
+#    define ZN_API __attribute__((visibility("default")))
 #endif
 
 // The Windows headers define function-like names of ours as macros. A program that includes them

@@ -107,6 +107,7 @@ protected:
 class ZN_API Zn_VarObject : public Zn_VarObjectWrapper {
 public:
     Zn_VarObject() noexcept = default;
+    // NOLINTNEXTLINE(*-copy-constructor-init, *-redundant-member-init): the base cannot know what a copy counts
     Zn_VarObject(const Zn_VarObject& other) : Zn_VarObjectWrapper() { Set(&other); }
     Zn_VarObject& operator=(const Zn_VarObject& other)
     {

@@ -284,7 +284,7 @@ private:
         constexpr Value() noexcept : words{} {}
         Value(const Value& other) noexcept : words{other.words[0], 0} {}
         Value& operator=(const Value&) = delete;
-        ~Value() {}
+        ~Value() {} // NOLINT(modernize-use-equals-default): defaulted, it would be deleted
         // Whole words are written, since what is read in other pieces than it was written in is read slowly.
         template <class Plain>
         static Value Of(const Plain& plain) noexcept

@@ -25,8 +25,16 @@ public:
     Zn_WString(const char* text, int length, unsigned codePage) { Set(text, length, codePage); }
     Zn_WString& operator=(const Zn_WString&) noexcept = default;
     Zn_WString& operator=(Zn_WString&&) noexcept = default;
-    Zn_WString& operator=(const char16_t* text) { Set(text); return *this; }
-    Zn_WString& operator=(std::u16string_view text) { Set(text); return *this; }
+    Zn_WString& operator=(const char16_t* text)
+    {
+        Set(text);
+        return *this;
+    }
+    Zn_WString& operator=(std::u16string_view text)
+    {
+        Set(text);
+        return *this;
+    }
 
     void Set(const Zn_WString& other) { *this = other; }
     void Set(const char16_t* text, int length = -1) { AssignView(ViewOf(text, length)); }
@@ -38,13 +46,29 @@ public:
     void Set(int value);
     void Set(double value);
 
-    Zn_WString& operator+=(const Zn_WString& other) { AppendView(other.GetView()); return *this; }
-    Zn_WString& operator+=(const char16_t* text) { AppendView(ViewOf(text)); return *this; }
-    Zn_WString& operator+=(std::u16string_view text) { AppendView(text); return *this; }
+    Zn_WString& operator+=(const Zn_WString& other)
+    {
+        AppendView(other.GetView());
+        return *this;
+    }
+    Zn_WString& operator+=(const char16_t* text)
+    {
+        AppendView(ViewOf(text));
+        return *this;
+    }
+    Zn_WString& operator+=(std::u16string_view text)
+    {
+        AppendView(text);
+        return *this;
+    }
     // 8-bit text in the locale's code page.
     Zn_WString& operator+=(const char* text);
     Zn_WString& operator+=(char ch);
-    Zn_WString& operator+=(char16_t ch) { AppendView(View(&ch, 1)); return *this; }
+    Zn_WString& operator+=(char16_t ch)
+    {
+        AppendView(View(&ch, 1));
+        return *this;
+    }
     Zn_WString& operator+=(int value);
     Zn_WString& operator+=(double value);
 
@@ -69,4 +93,8 @@ public:
 
 static_assert(sizeof(Zn_WString) == sizeof(void*), "zeroed memory of one pointer is an empty string");
 
-inline Zn_WString operator+(Zn_WString a, const Zn_WString& b) { a += b; return a; }
+inline Zn_WString operator+(Zn_WString a, const Zn_WString& b)
+{
+    a += b;
+    return a;
+}

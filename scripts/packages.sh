@@ -9,12 +9,14 @@
 packages_of() {
     case $1 in
         build) echo "g++:g++ cmake:cmake ninja-build:ninja pkg-config:pkg-config
-                     libgtest-dev:gtest/gtest.h libcli11-dev:CLI/CLI.hpp" ;;
+                     libgtest-dev:gtest/gtest.h libcli11-dev:CLI/CLI.hpp python3:python3" ;;
         clang) echo "clang:clang++" ;;
         tidy) echo "clang-tidy:clang-tidy clang-format:clang-format" ;;
         coverage) echo "gcovr:gcovr" ;;
         bench) echo "libbenchmark-dev:benchmark/benchmark.h libpugixml-dev:pugixml.hpp libsqlite3-dev:sqlite3.h
-                     libmsgpack-cxx-dev:msgpack.hpp" ;;
+                     libmsgpack-cxx-dev:msgpack.hpp libxml2-dev:libxml2/libxml/parser.h libgumbo-dev:gumbo.h
+                     zlib1g-dev:zlib.h liblz4-dev:lz4.h
+                     qtbase5-dev:/usr/share/doc/qtbase5-dev" ;;
     esac
 }
 

@@ -49,7 +49,7 @@ ZN_CLMUL int FoldByMultiplying(std::uint32_t crc, const unsigned char* data, int
     int done = kCrc32FoldBlock;
     for (const __m128i powers = PowersFor<512>(); len - done >= kCrc32FoldBlock; done += kCrc32FoldBlock) {
         for (int i = 0; i < 4; ++i)
-            rows[i] = Fold(rows[i], powers, Load(data + done + 16 * i));
+            rows[i] = Fold(rows[i], powers, Load(data + done + std::ptrdiff_t{16} * i));
     }
     const __m128i powers = PowersFor<128>();
     __m128i sum = rows[0];

@@ -8,7 +8,7 @@
 #include <charconv>
 
 #if defined(__SSE2__) || defined(_M_X64)
-#  include <emmintrin.h>
+#    include <emmintrin.h>
 #endif
 
 namespace zn {

@@ -19,8 +19,8 @@ constexpr std::u16string_view kContentType = u"Content-type";
 // First place of a text, case ignored.
 std::size_t FindCaseless(std::string_view text, std::string_view what) noexcept
 {
-    const auto found = std::search(text.begin(), text.end(), what.begin(), what.end(),
-                                   [](char a, char b) { return zn::FoldAscii(a) == zn::FoldAscii(b); });
+    const auto* found = std::search(text.begin(), text.end(), what.begin(), what.end(),
+                                    [](char a, char b) { return zn::FoldAscii(a) == zn::FoldAscii(b); });
     return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
 }
 

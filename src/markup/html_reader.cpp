@@ -34,7 +34,7 @@ HtmlReader::View HtmlReader::TextOf(int from, int to) const noexcept
     return text_.substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
 }
 
-Zn_DOMElement& HtmlReader::AddNode(int kind)
+Zn_DOMElement& HtmlReader::AddNode(int kind) const
 {
     Zn_DOMElement* node = level_.list->AppendNew();
     if (!node)

@@ -37,7 +37,7 @@ private:
         int next; // where the level above goes on
     };
     View TextOf(int from, int to) const noexcept;
-    Zn_DOMElement& AddNode(int kind);
+    Zn_DOMElement& AddNode(int kind) const;
     void GoOn(int to) noexcept { at_ = to; }
     void Flush(int to);
     bool ReadMark();

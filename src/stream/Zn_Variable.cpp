@@ -194,7 +194,7 @@ int Zn_VariableListChain::Add(Zn_VariableList* list)
 const Zn_Variant* Zn_VariableListChain::GetVar(const char16_t* id) const
 {
     for (void* pointer : *this) {
-        const Zn_VariableList* list = static_cast<const Zn_VariableList*>(pointer);
+        const auto* list = static_cast<const Zn_VariableList*>(pointer);
         if (const Zn_Variable* variable = list->GetItem(id))
             return &variable->value;
     }

@@ -33,7 +33,7 @@ public:
 
 private:
     static constexpr int kSize = 1 << 16;
-    static constexpr std::size_t kWholeGroup = 2 * kItemsInGroup;
+    static constexpr std::size_t kWholeGroup = std::size_t{2} * kItemsInGroup;
 
     unsigned Take() noexcept
     {

@@ -19,7 +19,8 @@ Zn_Variant ValueOf(const zn::NameValue& pair)
         return text.TrimBrace(1);
     if (!text.IsNumber())
         return text;
-    return pair.value.find(u'.') == pair.value.npos ? Zn_Variant(text.ToInteger()) : Zn_Variant(text.ToDouble());
+    return pair.value.find(u'.') == std::u16string_view::npos ? Zn_Variant(text.ToInteger())
+                                                              : Zn_Variant(text.ToDouble());
 }
 
 } // namespace

@@ -21,13 +21,16 @@ DefaultProperty ReadDefaultProperty(const Zn_Variant& object, Zn_Variant& value)
 bool FollowDefaultProperty(const Zn_Variant& object, Zn_Variant& value)
 {
     Zn_Variant from = object;
+    value.Clear();
     for (int step = 0; step < kMaxDefaultSteps; ++step) {
-        value.Clear();
-        if (ReadDefaultProperty(from, value) != DefaultProperty::Read)
+        Zn_Variant next;
+        if (ReadDefaultProperty(from, next) != DefaultProperty::Read)
             return false;
-        if (value.type != Zn_Variant::Object)
+        if (next.type != Zn_Variant::Object) {
+            value = std::move(next);
             return true;
-        from = std::move(value);
+        }
+        from = std::move(next);
     }
     return false;
 }

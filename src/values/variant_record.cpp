@@ -54,6 +54,7 @@ int Zn_Variant::Load(const Zn_Buffer& buffer, int offset, unsigned codePage)
     return end;
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): one level, onto an empty variant
 int Zn_Variant::Load(short recordType, const Zn_Buffer& buffer, int offset, unsigned codePage)
 {
     if (live_ > OddBits) { // the buffer may be this variant's own
@@ -98,7 +99,7 @@ int Zn_Variant::Load(short recordType, const Zn_Buffer& buffer, int offset, unsi
     case Binary: {
         if (left < 4)
             return -1;
-        const std::int32_t count = static_cast<std::int32_t>(zn::GetBe32(bytes));
+        const auto count = static_cast<std::int32_t>(zn::GetBe32(bytes));
         if (count < 0 || count > left - 4)
             return -1;
         live_ = Bytes;

@@ -50,11 +50,7 @@ void Walk(const Zn_DOMElemList& list, Visit visit)
 
 bool IsBlank(std::u16string_view text)
 {
-    for (const char16_t unit : text) {
-        if (!zn_isspace(unit))
-            return false;
-    }
-    return true;
+    return std::ranges::all_of(text, zn_isspace<char16_t>);
 }
 
 // Text on one line: white space of any length is one blank.

@@ -261,8 +261,8 @@ void WriteMessage(Message& message, const std::string& path, const OutputWishes&
             out = Compressed(out);
         WriteFile(path, AsText(out));
     }
-    for (const std::string& line : losses.lines)
-        Complain(label + ": " + line);
+    for (std::string line : losses.lines)
+        Complain(line.insert(0, ": ").insert(0, label));
 }
 
 } // namespace zntool
