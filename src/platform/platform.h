@@ -14,9 +14,13 @@ namespace zn::platform {
 
 // The calling thread's last system error as a Windows error number; 0 for none.
 int LastError() noexcept;
+// Makes a Windows error number what LastError() gives next.
+void SetLastError(int number) noexcept;
 // The Windows number for one of the platform's own error numbers (errno); 0 stays 0, one without a
 // counterpart becomes 31 ("a device is not functioning").
 int ErrorNumber(int systemError) noexcept;
+// The same for a call on a socket, where some causes have other numbers.
+int SocketErrorNumber(int systemError) noexcept;
 // The platform's own text for a Windows error number, in the user's language, without a line end: up to room units,
 // not terminated. Returns how many; 0 when the platform has none.
 std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept;

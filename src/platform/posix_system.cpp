@@ -6,6 +6,7 @@
 #include <cstring>
 #include <cuchar>
 #include <new>
+#include <span>
 #include <string>
 #include <system_error>
 
@@ -78,22 +79,50 @@ constexpr ErrorPair kErrors[] = {
     {EHOSTUNREACH, 10065},  // host unreachable
 };
 
+// Where a socket's number differs from that of a file.
+constexpr ErrorPair kSocketErrors[] = {
+    {EBADF, 10038},  // no socket
+    {EACCES, 10013}, // access denied
+    {EPERM, 10013},  //
+    {EFAULT, 10014}, // invalid access to memory
+    {EINVAL, 10022}, // invalid argument
+    {EMFILE, 10024}, // too many open sockets
+    {ENFILE, 10024}, //
+    {EPIPE, 10054},  // connection reset: by a peer that reads no more
+    {ENOMEM, 10055}, // no buffer space
+};
+
+const ErrorPair* FindError(std::span<const ErrorPair> table, int systemError) noexcept
+{
+    const auto found = std::ranges::find(table, systemError, &ErrorPair::system);
+    return found != table.end() ? &*found : nullptr;
+}
+
 } // namespace
 
 int ErrorNumber(int systemError) noexcept
 {
-    if (systemError == 0)
-        return 0;
-    for (const ErrorPair& pair : kErrors) {
-        if (pair.system == systemError)
-            return pair.windows;
-    }
-    return 31;
+    if (systemError <= 0)
+        return -systemError; // 0, or a number that SetLastError keeps
+    const ErrorPair* pair = FindError(kErrors, systemError);
+    return pair ? pair->windows : 31;
+}
+
+int SocketErrorNumber(int systemError) noexcept
+{
+    const ErrorPair* pair = FindError(kSocketErrors, systemError);
+    return pair ? pair->windows : ErrorNumber(systemError);
 }
 
 int LastError() noexcept
 {
     return ErrorNumber(errno);
+}
+
+// Windows numbers without a counterpart stand in errno below 0, where the system has none.
+void SetLastError(int number) noexcept
+{
+    errno = -number;
 }
 
 std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept

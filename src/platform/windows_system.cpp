@@ -12,9 +12,19 @@ int ErrorNumber(int systemError) noexcept
     return systemError;
 }
 
+int SocketErrorNumber(int systemError) noexcept
+{
+    return systemError;
+}
+
 int LastError() noexcept
 {
     return static_cast<int>(::GetLastError());
+}
+
+void SetLastError(int number) noexcept
+{
+    ::SetLastError(static_cast<DWORD>(number));
 }
 
 std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept
