@@ -35,6 +35,17 @@
 #undef max
 #undef ERROR
 
+// A moment in steps of 100 ns since the start of the year 1601, as two words; the platform's own where it has one.
+#if defined(_WIN32)
+struct _FILETIME;
+using FILETIME = _FILETIME;
+#else
+struct FILETIME {
+    std::uint32_t dwLowDateTime;
+    std::uint32_t dwHighDateTime;
+};
+#endif
+
 // Memory for items and buffers; size is in bytes. Returns null for a size below 1 or when there is none.
 ZN_API void* _zn_malloc(int size) noexcept;
 // Gives back what _zn_malloc returned; null does nothing.

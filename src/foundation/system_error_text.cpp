@@ -37,6 +37,7 @@ constexpr ErrorText kTexts[] = {
     {206, u"The name is too long."},
     {223, u"The file is too large."},
     {258, u"The wait timed out."},
+    {267, u"The name does not lead to a folder."},
     {995, u"The operation was cancelled."},
     {998, u"The memory cannot be accessed."},
     {1117, u"The device reported an input or output error."},

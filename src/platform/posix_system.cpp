@@ -43,6 +43,7 @@ constexpr ErrorPair kErrors[] = {
     {ENOSPC, 112},         // disk full
     {EDQUOT, 112},         //
     {ERANGE, 122},         // buffer too small
+    {EILSEQ, 123},         // invalid name
     {ESPIPE, 131},         // negative seek
     {ENOTEMPTY, 145},      // folder not empty
     {ENAMETOOLONG, 206},   // name too long

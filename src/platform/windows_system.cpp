@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#define NOMINMAX
 #include <windows.h>
 
 namespace zn::platform {
