@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -126,9 +127,9 @@ int WithTimeout(Socket socket, int seconds, Call call) noexcept
     }
 }
 
-int SetOption(Socket socket, int option, const void* value, std::size_t size) noexcept
+bool SetOption(Socket socket, int level, int option, const void* value, std::size_t size) noexcept
 {
-    return setsockopt(Descriptor(socket), SOL_SOCKET, option, value, static_cast<socklen_t>(size));
+    return setsockopt(Descriptor(socket), level, option, value, static_cast<socklen_t>(size)) == 0;
 }
 
 // What a fresh descriptor gets where the call that makes it can't be told so.
@@ -138,7 +139,7 @@ Socket Prepared(int descriptor) noexcept
         return kNoSocket;
 #ifdef SO_NOSIGPIPE
     const int on = 1;
-    SetOption(static_cast<Socket>(descriptor), SO_NOSIGPIPE, &on, sizeof(on));
+    SetOption(static_cast<Socket>(descriptor), SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof(on));
 #endif
 #ifndef SOCK_CLOEXEC
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
@@ -209,14 +210,16 @@ bool CloseSocket(Socket socket) noexcept
 bool SetSocketOption(Socket socket, SocketOption option, bool on) noexcept
 {
     const int value = on;
-    return SetOption(socket, option == SocketOption::ReuseAddress ? SO_REUSEADDR : SO_KEEPALIVE, &value,
-                     sizeof(value)) == 0;
+    if (option == SocketOption::NoDelay)
+        return SetOption(socket, IPPROTO_TCP, TCP_NODELAY, &value, sizeof(value));
+    const int name = option == SocketOption::ReuseAddress ? SO_REUSEADDR : SO_KEEPALIVE;
+    return SetOption(socket, SOL_SOCKET, name, &value, sizeof(value));
 }
 
 bool SetLinger(Socket socket, int seconds) noexcept
 {
     const linger value{1, static_cast<std::uint16_t>(seconds)};
-    return SetOption(socket, SO_LINGER, &value, sizeof(value)) == 0;
+    return SetOption(socket, SOL_SOCKET, SO_LINGER, &value, sizeof(value));
 }
 
 bool BindSocket(Socket socket, Endpoint local) noexcept

@@ -30,7 +30,8 @@ int StartSockets(unsigned version) noexcept;
 Socket OpenSocket(int family, int type, int protocol) noexcept;
 bool CloseSocket(Socket socket) noexcept;
 
-enum class SocketOption { ReuseAddress, KeepAlive };
+// NoDelay: what is sent goes out at once, also while earlier bytes are not acknowledged.
+enum class SocketOption { ReuseAddress, KeepAlive, NoDelay };
 bool SetSocketOption(Socket socket, SocketOption option, bool on) noexcept;
 // Closing waits that many seconds (16 bits, without sign) for what is still to be sent; with 0 it drops that and resets
 // the connection.

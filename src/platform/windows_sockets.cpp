@@ -57,9 +57,9 @@ bool WaitReadable(Socket socket, int seconds) noexcept
     return ready > 0;
 }
 
-bool SetOption(Socket socket, int option, const void* value, int size) noexcept
+bool SetOption(Socket socket, int level, int option, const void* value, int size) noexcept
 {
-    return setsockopt(Native(socket), SOL_SOCKET, option, static_cast<const char*>(value), size) == 0;
+    return setsockopt(Native(socket), level, option, static_cast<const char*>(value), size) == 0;
 }
 
 int SendTo(Socket socket, std::span<const unsigned char> data, const sockaddr_in& to) noexcept
@@ -102,13 +102,16 @@ bool CloseSocket(Socket socket) noexcept
 bool SetSocketOption(Socket socket, SocketOption option, bool on) noexcept
 {
     const BOOL value = on;
-    return SetOption(socket, option == SocketOption::ReuseAddress ? SO_REUSEADDR : SO_KEEPALIVE, &value, sizeof(value));
+    if (option == SocketOption::NoDelay)
+        return SetOption(socket, IPPROTO_TCP, TCP_NODELAY, &value, sizeof(value));
+    const int name = option == SocketOption::ReuseAddress ? SO_REUSEADDR : SO_KEEPALIVE;
+    return SetOption(socket, SOL_SOCKET, name, &value, sizeof(value));
 }
 
 bool SetLinger(Socket socket, int seconds) noexcept
 {
     const linger value{1, static_cast<u_short>(seconds)};
-    return SetOption(socket, SO_LINGER, &value, sizeof(value));
+    return SetOption(socket, SOL_SOCKET, SO_LINGER, &value, sizeof(value));
 }
 
 bool BindSocket(Socket socket, Endpoint local) noexcept

@@ -77,7 +77,12 @@ int Zn_Socket::open(int type, int family, int protocol)
         InitWSA();
         handle = platform::OpenSocket(kInet, kStream, kTcp);
     }
-    return handle != kClosed ? 0 : _socket_error();
+    if (handle == kClosed)
+        return _socket_error();
+    // Else the end of a frame may wait for an acknowledgement that the other side delays. Connections that a listening
+    // socket accepts are as it is.
+    platform::SetSocketOption(handle, platform::SocketOption::NoDelay, true);
+    return 0;
 }
 
 int Zn_Socket::Create(int port, std::uint32_t address, int lingerSeconds)
