@@ -9,6 +9,7 @@
 #include "Zn_CodeStr.h"
 #include "Zn_ColInfo.h"
 #include "Zn_Compress.h"
+#include "Zn_Config.h"
 #include "Zn_Currency.h"
 #include "Zn_DOMElement.h"
 #include "Zn_Dataset.h"

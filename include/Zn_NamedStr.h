@@ -28,6 +28,7 @@ public:
     void SetId(const char16_t* id, int length = -1) { id_.Set(id, length); }
     void SetStr(const Zn_WString& str) { str_ = str; }
     void SetStr(const char16_t* str, int length = -1) { str_.Set(str, length); }
+    Zn_WString& GetSafeStr() noexcept { return str_; }
 
     // With case: by id, then by text.
     int Compare(const Zn_NamedStr& other) const noexcept;

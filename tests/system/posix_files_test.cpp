@@ -1,4 +1,5 @@
 // What only a POSIX system lets a test do to files: full disks, refused folders, interrupted calls, rights and links.
+#include "Zn_Config.h"
 #include "Zn_Dir.h"
 #include "Zn_ErrorMsg.h"
 #include "Zn_File.h"
@@ -82,6 +83,10 @@ TEST(PosixFile, FullDevice)
     EXPECT_EQ(zn_getlasterror(), 112);
     Zn_File other;
     EXPECT_EQ(other.Open(u"/dev/full", "a"), 0) << "a device may have several writers";
+    Zn_Config config;
+    config.AddSection(u"s");
+    EXPECT_EQ(config.Save(u"/dev/full"), -1);
+    EXPECT_EQ(config.lastError, 112);
 }
 
 TEST(PosixFile, FullDisk)
@@ -117,6 +122,11 @@ TEST(PosixFile, FileTooLarge)
     EXPECT_EQ(file.lastError, 223);
     EXPECT_EQ(file.GetSize(), 1000);
     EXPECT_FALSE(Store(scratch.Path(u"s"), large));
+    Zn_Config config;
+    for (int i = 0; i < 100; ++i)
+        config.SetItem(u"section", Zn_WString(std::u16string(static_cast<std::size_t>(i + 1), u'n')), i);
+    EXPECT_EQ(config.SaveWithValues(scratch.Path(u"s")), -1);
+    EXPECT_EQ(config.lastError, 223);
     EXPECT_EQ(scratch.Get("s"), "old");
     EXPECT_EQ(scratch.CountFiles(), 2U);
 }
