@@ -30,6 +30,7 @@
 #include "Zn_WString.h"
 
 #include <concepts>
+#include <vector>
 
 class Zn_DatasetXmlReader;
 class Zn_DOMElement;
@@ -269,6 +270,36 @@ public:
     const Zn_Variant* LookupDataText(const Zn_WString& keyCol, const Zn_WString& keyValue,
                                      const Zn_WString& textCol) const;
 
+    // Row type of a visible row by its map entry: callers rely on GetType reading, for a group row, the stored row whose
+    // index is the number that the entry holds; SetType ignores group rows and rows that are not there.
+    int GetType(int row) const noexcept;
+    void SetType(int row, int type);
+
+    // ---- Views (docs/views.md). The row map is in force while GetFilterStat is not 0. Hidden rows carry the filter mark
+    // of Zn_Record; they stay stored, and the NF forms see them.
+
+    // Puts the stored rows in order. The items of spec, divided by commas, are columns, each with ":d" (down) or ":a"
+    // behind it or else the direction of ascending (1: up, anything else: down); a backslash takes the next character as
+    // it is. Unknown columns are passed over; 64 items count. Values are compared as Zn_Variant::Compare does; absent
+    // ones come first in an ascending key. Rows with equal keys take the order that other implementations of this
+    // procedure give them, which is not the order they stood in. A row map in force is made anew of all rows without
+    // the filter mark; groups are not recomputed. Returns 0, -1 for a spec without items or when there is no memory.
+    long Sort(const char16_t* spec, int ascending = 1);
+    // Hides one row by its number among the visible ones; a group row stays. Always 0.
+    long Filter(int row);
+    // Callers rely on this as it is, "column=text": in row number r not that column but the value in place r is
+    // compared, rows that match are the hidden ones, and the map is in force without being built, so no row is visible
+    // until Sort or the like. Returns 0, -1 when the first part is no column. To see the rows with a value use ShowOnly.
+    long Filter(const char16_t* expr);
+    // Hides the visible rows whose value, as text, is not equal to value (case counts), and takes group rows off the
+    // map. Returns the count of rows that are left, -1 for an unknown column or when there is no memory.
+    int ShowOnly(Zn_NameArg id, std::u16string_view value);
+    // Shows every row and switches the map off, group rows included. Always 0.
+    long UnFilter();
+    int GetFilterStat() const noexcept { return rowMapActive_; }
+    // Sets the switch and nothing else.
+    void SetFilterStat(int on) noexcept { rowMapActive_ = on; }
+
     // ---- Selection. A group row ignores the setter and reads 0.
 
     int GetSelect(int row) const;
@@ -277,7 +308,54 @@ public:
     // Unselects every stored row; returns how many were selected. Their filter marks go too.
     int ClearSelect();
 
-    // ---- Copies. An own id that is not empty is kept.
+    // ---- Groups. A group row stands behind each run of rows that share the values of the group columns; it has no
+    // record. GetColumn gives its first row's value for a group column and, when it stands for one row only, for the
+    // other columns too.
+
+    // Columns divided by commas, the outermost first: the last one is level 1. Unknown names are passed over.
+    const Zn_WString& GetGroupStr() const noexcept { return groupStr_; }
+    // Returns what RecalcGroup does.
+    int SetGroupStr(const Zn_WString& columns);
+    // Reads the group definition again, as after a change of columns.
+    void ParseGroup();
+    // Puts the map in force and makes its group rows anew; 1 when there are or were any. Callers rely on two things: a
+    // break of one level hides the break of the next level up at the same row, and group rows are placed as if no row
+    // were hidden.
+    int RecalcGroup();
+    // Takes the group rows off the map; 1 when there were any.
+    int ClearGroup();
+    // 1 when values of that column are shown in group rows. Callers rely on the level counting for nothing unless it
+    // is in the millions.
+    int IsGroupCol(int level, int col) const noexcept;
+    // Group level of a visible row, 0 for a row of data and without a map.
+    int GetRowLevel(int row) const noexcept;
+
+    // ---- Summaries of the visible rows from `from` up to, but without, `to`. Group rows do not count, nor do absent and
+    // empty values, except in GetCount and GetAvg. The NF forms take stored rows.
+
+    int GetCount(int from, int to) const noexcept;
+    // An INTEGER when the value in the first row of the range is one (all others are then converted; the sum wraps at 32
+    // bits), else a DECIMAL; 0.0 for an unknown column.
+    void GetSum(int col, int from, int to, Zn_Variant& out) const;
+    void GetSum(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetSum(GetColIndex(id), from, to, out); }
+    // The first of the largest, or smallest, values by Var_Cmp. What out holds takes part: clear it first.
+    void GetMax(int col, int from, int to, Zn_Variant& out) const;
+    void GetMax(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetMax(GetColIndex(id), from, to, out); }
+    void GetMin(int col, int from, int to, Zn_Variant& out) const;
+    void GetMin(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetMin(GetColIndex(id), from, to, out); }
+    // The sum divided by the count of rows, with or without a value; 0 without rows.
+    double GetAvg(int col, int from, int to) const;
+    double GetAvg(Zn_NameArg id, int from, int to) const { return GetAvg(GetColIndex(id), from, to); }
+    void GetSumNF(int col, int from, int to, Zn_Variant& out) const;
+    void GetSumNF(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetSumNF(GetColIndex(id), from, to, out); }
+    void GetMaxNF(int col, int from, int to, Zn_Variant& out) const;
+    void GetMaxNF(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetMaxNF(GetColIndex(id), from, to, out); }
+    void GetMinNF(int col, int from, int to, Zn_Variant& out) const;
+    void GetMinNF(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetMinNF(GetColIndex(id), from, to, out); }
+    double GetAvgNF(int col, int from, int to) const;
+    double GetAvgNF(Zn_NameArg id, int from, int to) const { return GetAvgNF(GetColIndex(id), from, to); }
+
+    // ---- Copies. An own id that is not empty is kept, and so is an own group definition, by which the copy is grouped.
 
     // Takes over everything of another table but its tracking switch and group definition; returns GetRowCount().
     // Null clears and returns 0; the table itself changes nothing.
@@ -319,6 +397,12 @@ public:
     void Set(const Zn_Dataset& other) { AssignNF(&other); }
 
 protected:
+    // Sorts the stored rows from lo to hi by columns (-1: passed over) and directions (1 up, -1 down); 0, -1 when
+    // there is no memory.
+    long _qsort(int keys[], int nkeys, int lo, int hi, int dirs[]);
+    // What the sort compares: below, equal to or above 0. Callers rely on a row being equal to itself and to those
+    // before it.
+    int _CompareRecord(int keys[], int nkeys, int a, int b, int dirs[]) const;
     int SaveXmlHead(Zn_DOMElement& parent, int headMode) const;
     int SaveXmlData(Zn_DOMElement& datasetElement, int dataMode) const;
     int SaveXmlDeleteData(Zn_DOMElement& datasetElement) const;
@@ -344,6 +428,19 @@ private:
     int InsertRecord(int index, int asInserted);
     template <class Match>
     int FindVisibleRow(const Zn_WString& colId, Match match) const;
+
+    // Views.
+    std::vector<const Zn_Variant*> ColumnValues(int col, int first, int end) const;
+    void ShowUnhidden();
+    void HideAllBut(const std::vector<std::int32_t>& shown);
+    std::vector<std::int32_t> MapWithGroups(const std::vector<std::int32_t>& groups) const;
+    const Zn_Variant* GroupValue(int row, int col) const;
+    void Regroup();
+    int CountUpTo(int from, int to, int most) const noexcept;
+    template <class RawOf>
+    void SumOf(int col, int from, int to, int count, RawOf rawOf, Zn_Variant& out) const;
+    template <class RawOf>
+    void ExtremeOf(int col, int from, int to, short op, RawOf rawOf, Zn_Variant& out) const;
 
     // Change tracking.
     int StoreValue(int rawRow, int col, const Zn_Variant* value, bool link);

@@ -3,6 +3,7 @@
 
 #include "Zn_Base.h"
 
+#include <utility>
 #include <vector>
 
 class ZN_API Zn_IntList {
@@ -21,6 +22,8 @@ public:
     // Makes the list hold n entries: 0, 1, 2, ... n - 1.
     void Reset(int n);
     int AssignList(const Zn_IntList& other);
+    // Takes the entries over.
+    void Take(std::vector<std::int32_t>&& entries) noexcept { items_ = std::move(entries); }
 
     auto begin() const noexcept { return items_.begin(); }
     auto end() const noexcept { return items_.end(); }

@@ -15,6 +15,8 @@
 #include "Zn_ListObjHandler.h"
 #include "Zn_PointerSeq.h"
 
+#include <span>
+
 class ZN_API Zn_ObjList {
 public:
     // With option 1 items are kept in the handler's order and Add does not add one that compares
@@ -82,6 +84,9 @@ protected:
         return DeleteChosen([](void* item, void* context) { return bool((*static_cast<Pred*>(context))(item)); },
                             &pred);
     }
+    // Puts the items from start on into a new order: place start + k gets the item that stood at start + order[k], each
+    // number below the count of order once. 0, and nothing changed, when there is no memory or no such range.
+    int ArrangeItems(int start, std::span<const std::int32_t> order) noexcept;
     // Exchanges the items, the option and the handler.
     void SwapList(Zn_ObjList& other) noexcept;
 

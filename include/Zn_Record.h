@@ -103,6 +103,8 @@ public:
     void InsertColumn(int idx);
     // Deletes every record of a row type in one walk; returns how many.
     int DeleteType(int type);
+    // Puts the records from start on into a new order: place start + k gets the one that stood at start + order[k].
+    int Arrange(int start, std::span<const std::int32_t> order) noexcept { return ArrangeItems(start, order); }
     // Replaces by copies; returns the new count. Null changes nothing and returns 0.
     int Assign(const Zn_RecList* other);
     // Adds copies; returns the count.

@@ -156,7 +156,7 @@ const Zn_Variant* Zn_Dataset::GetColumn(int row, int col) const
 {
     if (col >= columns_.Count())
         return GetConstColumn(col - columns_.Count());
-    return GetColumnNF(RawRow(row), col);
+    return IsGroupRow(row) ? GroupValue(row, col) : GetColumnNF(RawRow(row), col);
 }
 
 const Zn_Variant* Zn_Dataset::GetColumnNF(int rawRow, int col) const noexcept
@@ -246,6 +246,7 @@ int Zn_Dataset::Assign(const Zn_Dataset* other)
     CopyTable(*other);
     rowMap_.AssignList(other->rowMap_);
     rowMapActive_ = other->rowMapActive_;
+    Regroup();
     return GetRowCount();
 }
 
@@ -261,5 +262,6 @@ int Zn_Dataset::AssignNF(const Zn_Dataset* other)
         for (int i = 0, n = rows_.Count(); i < n; ++i)
             rows_.GetSafeItem(i)->SetFilter(0);
     }
+    Regroup();
     return GetRowCount();
 }

@@ -100,6 +100,7 @@ int Zn_Dataset::Load(const Zn_Buffer& in, int offset)
     do
         offset = LoadData(in, offset, count);
     while (count > 0 && offset > 0 && offset < in.GetLength());
+    Regroup();
     return offset;
 }
 
@@ -108,6 +109,7 @@ int Zn_Dataset::LoadNext(const Zn_Buffer& in, int offset, int& count)
     offset = LoadData(in, offset, count);
     rowMap_.Clear();
     rowMapActive_ = 0;
+    Regroup();
     return offset;
 }
 

@@ -3,6 +3,7 @@
 #include "Zn_Dataset.h"
 
 #include "dataset/row_map.h"
+#include "dataset/text_match.h"
 
 #include <algorithm>
 
@@ -78,31 +79,6 @@ int Zn_Dataset::SetRowTypeNF(int rawRow, int type)
     return 1;
 }
 
-int Zn_Dataset::GetSelect(int row) const
-{
-    const Zn_Record* record = Record(row);
-    return record && record->GetSelect() ? 1 : 0;
-}
-
-void Zn_Dataset::SetSelect(int row, int on)
-{
-    if (Zn_Record* record = rows_.GetSafeItem(RawRow(row)))
-        record->SetSelect(on);
-}
-
-int Zn_Dataset::ClearSelect()
-{
-    int changed = 0;
-    for (int i = 0, n = rows_.Count(); i < n; ++i) {
-        Zn_Record* record = rows_.GetSafeItem(i);
-        if (record->GetSelect()) {
-            record->SetSelect(0);
-            ++changed;
-        }
-    }
-    return changed;
-}
-
 // Puts an empty record in front of a stored row; the record's index, -1 when there is no memory.
 int Zn_Dataset::InsertRecord(int index, int asInserted)
 {
@@ -159,8 +135,11 @@ int Zn_Dataset::DeleteSelected()
             ++deleted;
         }
     }
-    if (deleted > 0)
+    if (deleted > 0) {
         ClearSelect();
+        if (groupColumns_.Count() > 0)
+            RecalcGroup();
+    }
     return deleted;
 }
 
@@ -171,21 +150,6 @@ int Zn_Dataset::ReverseRow()
     return rows_.Count();
 }
 
-namespace {
-
-// Calls match with the text of each value, without building text for strings.
-template <class Match>
-bool TextMatches(const Zn_Variant* value, Match match)
-{
-    if (!value)
-        return match(std::u16string_view());
-    if (value->type == Zn_Variant::String)
-        return match(value->GetConstStr()->GetView());
-    return match(value->ToString().GetView());
-}
-
-} // namespace
-
 template <class Match>
 int Zn_Dataset::FindVisibleRow(const Zn_WString& colId, Match match) const
 {
@@ -193,7 +157,7 @@ int Zn_Dataset::FindVisibleRow(const Zn_WString& colId, Match match) const
     if (col < 0)
         return -1;
     for (int row = 0, n = GetRowCount(); row < n; ++row) {
-        if (Record(row) && TextMatches(GetColumn(row, col), match))
+        if (Record(row) && zn::TextMatches(GetColumn(row, col), match))
             return row;
     }
     return -1;
@@ -219,7 +183,7 @@ const Zn_Variant* Zn_Dataset::LookupDataText(const Zn_WString& keyCol, const Zn_
     if (key < 0 || text < 0)
         return nullptr;
     for (int i = 0, n = rows_.Count(); i < n; ++i) {
-        if (TextMatches(GetColumnNF(i, key), [&](std::u16string_view found) { return found == keyValue.GetView(); }))
+        if (zn::TextMatches(GetColumnNF(i, key), [&](std::u16string_view found) { return found == keyValue.GetView(); }))
             return GetColumnNF(i, text);
     }
     return nullptr;

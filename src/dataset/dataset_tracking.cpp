@@ -311,6 +311,7 @@ void Zn_Dataset::TakeTable(Zn_Dataset& other)
     insertCount_ = other.insertCount_;
     std::swap(originals_, other.originals_);
     other.ClearAll();
+    Regroup();
 }
 
 void Zn_Dataset::DeleteAll()

@@ -129,5 +129,6 @@ int Zn_Dataset::LoadDataXml(const Zn_DOMElement& element, int clear)
         else if (zn_iequal(child.tag, u"record") && child.IsHaveChild())
             ReadRecord(reader, child);
     }
+    Regroup();
     return reader.IsOverdrawn() ? -1 : GetRowCount();
 }

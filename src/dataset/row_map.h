@@ -5,6 +5,13 @@
 
 constexpr int kMapIndexMask = 0xFFFFFF;
 
+constexpr int kMostLevel = 0xFF;
+
+constexpr int MapEntry(int level, int index) noexcept
+{
+    return static_cast<int>(static_cast<std::uint32_t>(level) << 24) | (index & kMapIndexMask);
+}
+
 constexpr int MapEntryLevel(int entry) noexcept
 {
     return static_cast<int>(static_cast<std::uint32_t>(entry) >> 24);

@@ -1,5 +1,7 @@
 #include "Zn_ObjList.h"
 
+#include "foundation/vector_list.h"
+
 #include <algorithm>
 #include <climits>
 #include <iterator>
@@ -255,6 +257,26 @@ int Zn_ObjList::Exchange(int a, int b) noexcept
         return 0;
     std::swap(places_.Run(a)[0], places_.Run(b)[0]);
     return 1;
+}
+
+int Zn_ObjList::ArrangeItems(int start, std::span<const std::int32_t> order) noexcept
+{
+    if (start < 0 || start > Count() || order.size() > static_cast<std::size_t>(Count() - start))
+        return 0;
+    const int end = start + static_cast<int>(order.size());
+    return zn::Guarded([&] {
+        std::vector<void*> items;
+        items.reserve(order.size());
+        for (int i = start; i < end; i = start + static_cast<int>(items.size())) {
+            const std::span<void*> run = places_.Run(i);
+            items.insert(items.end(), run.begin(), run.begin() + std::min<std::ptrdiff_t>(std::ssize(run), end - i));
+        }
+        std::size_t k = 0;
+        for (int i = start; i < end; i = start + static_cast<int>(k)) {
+            for (void*& place : places_.Run(i).first(std::min(places_.Run(i).size(), order.size() - k)))
+                place = items[static_cast<std::size_t>(order[k++])];
+        }
+    });
 }
 
 int Zn_ObjList::FindItem(const void* item) const

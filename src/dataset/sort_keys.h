@@ -1,0 +1,105 @@
+// The keys of a sort in numbers, read from the rows once, so that comparing two rows does not touch their values.
+//
+// Where every key is totally ordered by the variants' compare, all of them become one number per row (MakeRanks).
+// That compare is no order where a column mixes types (1 both ways), holds amounts less than a unit apart (whose
+// difference reads as 0 one way), integers more than 2^31 - 1 apart (whose difference wraps), or what is not a number:
+// then KeyedRows compares key by key, as the variants would.
+#pragma once
+
+#include "Zn_Variant.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace zn {
+
+// What one column holds in every row.
+class SortKey {
+public:
+    // A null value is an absent one. The values must stay while the key is used.
+    SortKey(std::vector<const Zn_Variant*> values, bool descending);
+
+    std::uint32_t Count() const noexcept { return static_cast<std::uint32_t>(values_.size()); }
+    bool IsDescending() const noexcept { return descending_; }
+    bool IsAbsent(std::uint32_t row) const noexcept { return !values_[row]; }
+    // The type code of a value, Zn_Variant::Empty for null too.
+    std::uint16_t KindOf(std::uint32_t row) const noexcept { return kinds_[row]; }
+    // A number that grows with the value, among values of one kind.
+    std::uint64_t CodeOf(std::uint32_t row) const noexcept { return codes_[row]; }
+    std::uint64_t LowestCode() const noexcept { return lowest_; }
+    // Below the lowest when no row has a value.
+    std::uint64_t HighestCode() const noexcept { return highest_; }
+    // Whether the compare of variants is a total order on what the column holds.
+    bool IsOrder() const;
+
+    // What the compare procedure says of one row's value and another's, direction included: below, equal to or above 0.
+    int Compare(std::uint32_t a, std::uint32_t b) const;
+
+    // What may come out when a row is compared with rows whose values, all of one kind, have codes from low to high:
+    // a set of the signs kLess, kSame and kMore, before the direction.
+    unsigned SignsAgainst(std::uint32_t row, std::uint64_t low, std::uint64_t high) const;
+    static constexpr unsigned kLess = 1, kSame = 2, kMore = 4, kAnySign = 7;
+
+private:
+    void ReadPlain();
+    void RankTexts();
+    void RankBytes();
+    int CompareValues(std::uint32_t a, std::uint32_t b) const;
+
+    std::vector<const Zn_Variant*> values_;
+    std::vector<std::uint16_t> kinds_;
+    std::vector<std::uint64_t> codes_;
+    std::uint64_t lowest_ = UINT64_MAX;
+    std::uint64_t highest_ = 0;
+    bool isMixed_ = false;
+    bool descending_;
+};
+
+// One number per row that orders the rows as the keys do, all of which must be orders. Returns the largest that there may
+// be.
+std::uint64_t MakeRanks(const std::vector<SortKey>& keys, std::vector<std::uint64_t>& ranks);
+
+// Rows under sort that are compared key by key.
+class KeyedRows {
+public:
+    using Pivot = std::uint32_t;
+    static constexpr bool kIsOrder = false;
+
+    // What the first keys of some rows hold; of the others anything is possible.
+    struct Range {
+        std::uint16_t kind = Zn_Variant::Empty; // of those that are neither absent nor empty
+        bool hasAbsent = false;
+        bool hasEmpty = false;
+        bool isMixed = false;
+        std::uint64_t low = UINT64_MAX;
+        std::uint64_t high = 0;
+        bool operator==(const Range&) const = default;
+    };
+    static constexpr std::size_t kRanges = 4;
+    using Summary = std::array<Range, kRanges>;
+
+    explicit KeyedRows(const std::vector<SortKey>& keys);
+
+    const std::vector<std::uint32_t>& Rows() const noexcept { return rows_; }
+
+    Pivot PivotAt(int i) const noexcept { return rows_[static_cast<std::size_t>(i)]; }
+    bool IsAfter(Pivot pivot, int i) const { return Compare(pivot, PivotAt(i)) < 0; }
+    bool IsBefore(Pivot pivot, int i) const { return Compare(pivot, PivotAt(i)) > 0; }
+    void Exchange(int i, int j) noexcept;
+    Summary SummaryOf(int first, int end) const;
+    static Summary Join(const Summary& a, const Summary& b) noexcept;
+    bool MayBeAfter(Pivot pivot, const Summary& summary) const { return MayBe(SortKey::kLess, pivot, summary); }
+    bool MayBeBefore(Pivot pivot, const Summary& summary) const { return MayBe(SortKey::kMore, pivot, summary); }
+
+private:
+    int Compare(std::uint32_t a, std::uint32_t b) const;
+    bool MayBe(unsigned sign, Pivot pivot, const Summary& summary) const;
+    static Range Join(const Range& a, const Range& b) noexcept;
+    static unsigned SignsOf(const SortKey& key, Pivot pivot, const Range& range);
+
+    const std::vector<SortKey>& keys_;
+    std::vector<std::uint32_t> rows_;
+};
+
+} // namespace zn

@@ -1,0 +1,30 @@
+// The text of a value, for comparing, without building it where the value is a text or a number.
+#pragma once
+
+#include "Zn_Variant.h"
+#include "foundation/number_text.h"
+
+#include <string_view>
+
+namespace zn {
+
+// What match answers for the text of a value; an absent value has none.
+template <class Match>
+bool TextMatches(const Zn_Variant* value, Match match)
+{
+    if (!value)
+        return match(std::u16string_view());
+    char16_t digits[kNumberRoom];
+    switch (value->type) {
+    case Zn_Variant::String:
+        return match(value->GetConstStr()->GetView());
+    case Zn_Variant::Integer:
+        return match(NumberView(value->ToInteger(), digits));
+    case Zn_Variant::Decimal:
+        return match(NumberView(value->ToDouble(), digits));
+    default:
+        return match(value->ToString().GetView());
+    }
+}
+
+} // namespace zn
