@@ -270,26 +270,28 @@ public:
     const Zn_Variant* LookupDataText(const Zn_WString& keyCol, const Zn_WString& keyValue,
                                      const Zn_WString& textCol) const;
 
-    // Row type of a visible row by its map entry: callers rely on GetType reading, for a group row, the stored row whose
-    // index is the number that the entry holds; SetType ignores group rows and rows that are not there.
+    // Row type of a visible row by its map entry: callers rely on GetType reading, for a group row, the stored row
+    // whose index is the number that the entry holds; SetType ignores group rows and rows that are not there.
     int GetType(int row) const noexcept;
     void SetType(int row, int type);
 
-    // ---- Views (docs/views.md). The row map is in force while GetFilterStat is not 0. Hidden rows carry the filter mark
-    // of Zn_Record; they stay stored, and the NF forms see them.
+    // ---- Views (docs/views.md). The row map is in force while GetFilterStat is not 0. Hidden rows carry the filter
+    // mark of Zn_Record; they stay stored, and the NF forms see them.
 
     // Puts the stored rows in order. The items of spec, divided by commas, are columns, each with ":d" (down) or ":a"
-    // behind it or else the direction of ascending (1: up, anything else: down); a backslash takes the next character as
-    // it is. Unknown columns are passed over; 64 items count. Values are compared as Zn_Variant::Compare does; absent
-    // ones come first in an ascending key. Rows with equal keys take the order that other implementations of this
-    // procedure give them, which is not the order they stood in. A row map in force is made anew of all rows without
-    // the filter mark; groups are not recomputed. Returns 0, -1 for a spec without items or when there is no memory.
+    // behind it or else the direction of ascending (1: up, anything else: down); a backslash takes the next character
+    // as it is. Unknown columns are passed over; 64 items count. Values are compared as Zn_Variant::Compare does;
+    // absent ones come first in an ascending key. Rows with equal keys take the order that other implementations of
+    // this procedure give them, which is not the order they stood in. A row map in force is made anew of all rows
+    // without the filter mark; groups are not recomputed. Returns 0, -1 for a spec without items or when there is no
+    // memory.
     long Sort(const char16_t* spec, int ascending = 1);
     // Hides one row by its number among the visible ones; a group row stays. Always 0.
     long Filter(int row);
     // Callers rely on this as it is, "column=text": in row number r not that column but the value in place r is
     // compared, rows that match are the hidden ones, and the map is in force without being built, so no row is visible
-    // until Sort or the like. Returns 0, -1 when the first part is no column. To see the rows with a value use ShowOnly.
+    // until Sort or the like. Returns 0, -1 when the first part is no column. To see the rows with a value use
+    // ShowOnly.
     long Filter(const char16_t* expr);
     // Hides the visible rows whose value, as text, is not equal to value (case counts), and takes group rows off the
     // map. Returns the count of rows that are left, -1 for an unknown column or when there is no memory.
@@ -330,12 +332,12 @@ public:
     // Group level of a visible row, 0 for a row of data and without a map.
     int GetRowLevel(int row) const noexcept;
 
-    // ---- Summaries of the visible rows from `from` up to, but without, `to`. Group rows do not count, nor do absent and
-    // empty values, except in GetCount and GetAvg. The NF forms take stored rows.
+    // ---- Summaries of the visible rows from `from` up to, but without, `to`. Group rows do not count, nor do absent
+    // and empty values, except in GetCount and GetAvg. The NF forms take stored rows.
 
     int GetCount(int from, int to) const noexcept;
-    // An INTEGER when the value in the first row of the range is one (all others are then converted; the sum wraps at 32
-    // bits), else a DECIMAL; 0.0 for an unknown column.
+    // An INTEGER when the value in the first row of the range is one (all others are then converted; the sum wraps at
+    // 32 bits), else a DECIMAL; 0.0 for an unknown column.
     void GetSum(int col, int from, int to, Zn_Variant& out) const;
     void GetSum(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetSum(GetColIndex(id), from, to, out); }
     // The first of the largest, or smallest, values by Var_Cmp. What out holds takes part: clear it first.
@@ -355,7 +357,8 @@ public:
     double GetAvgNF(int col, int from, int to) const;
     double GetAvgNF(Zn_NameArg id, int from, int to) const { return GetAvgNF(GetColIndex(id), from, to); }
 
-    // ---- Copies. An own id that is not empty is kept, and so is an own group definition, by which the copy is grouped.
+    // ---- Copies. An own id that is not empty is kept, and so is an own group definition, by which the copy is
+    // grouped.
 
     // Takes over everything of another table but its tracking switch and group definition; returns GetRowCount().
     // Null clears and returns 0; the table itself changes nothing.

@@ -183,7 +183,8 @@ const Zn_Variant* Zn_Dataset::LookupDataText(const Zn_WString& keyCol, const Zn_
     if (key < 0 || text < 0)
         return nullptr;
     for (int i = 0, n = rows_.Count(); i < n; ++i) {
-        if (zn::TextMatches(GetColumnNF(i, key), [&](std::u16string_view found) { return found == keyValue.GetView(); }))
+        if (zn::TextMatches(GetColumnNF(i, key),
+                            [&](std::u16string_view found) { return found == keyValue.GetView(); }))
             return GetColumnNF(i, text);
     }
     return nullptr;

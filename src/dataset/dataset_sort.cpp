@@ -71,8 +71,7 @@ long Zn_Dataset::Sort(const char16_t* spec, int ascending)
         const std::size_t colon = item.find(u':');
         const bool hasDirection = colon != item.npos && colon > 0;
         keys[k] = GetColIndex(hasDirection ? item.substr(0, colon) : item);
-        dirs[k] =
-            hasDirection && colon + 1 < item.size() ? DirectionOf(item[colon + 1], direction) : direction;
+        dirs[k] = hasDirection && colon + 1 < item.size() ? DirectionOf(item[colon + 1], direction) : direction;
     }
     if (_qsort(keys, count, 0, rows_.Count() - 1, dirs) < 0)
         return -1;
@@ -111,12 +110,12 @@ long Zn_Dataset::_qsort(int keys[], int nkeys, int lo, int hi, int dirs[])
     hi = std::min(hi, rows_.Count() - 1);
     bool done = lo >= hi;
     const bool enough = done || zn::Guarded([&] {
-        std::vector<zn::SortKey> read;
-        for (int k = 0; k < nkeys; ++k) {
-            if (keys[k] != -1)
-                read.emplace_back(ColumnValues(keys[k], lo, hi + 1), dirs[k] < 0);
-        }
-        done = read.empty() || rows_.Arrange(lo, SortedOrder(read));
-    });
+                            std::vector<zn::SortKey> read;
+                            for (int k = 0; k < nkeys; ++k) {
+                                if (keys[k] != -1)
+                                    read.emplace_back(ColumnValues(keys[k], lo, hi + 1), dirs[k] < 0);
+                            }
+                            done = read.empty() || rows_.Arrange(lo, SortedOrder(read));
+                        });
     return enough && done ? 0 : -1;
 }

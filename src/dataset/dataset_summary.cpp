@@ -93,19 +93,22 @@ void Zn_Dataset::ExtremeOf(int col, int from, int to, short op, RawOf rawOf, Zn_
 void Zn_Dataset::GetSum(int col, int from, int to, Zn_Variant& out) const
 {
     to = std::min(to, GetRowCount());
-    SumOf(col, from, to, GetCount(from, to), [this](int row) { return RawRow(row); }, out);
+    SumOf(
+        col, from, to, GetCount(from, to), [this](int row) { return RawRow(row); }, out);
 }
 
 void Zn_Dataset::GetMax(int col, int from, int to, Zn_Variant& out) const
 {
     to = std::min(to, GetRowCount());
-    ExtremeOf(col, from, to, ZN_OP_GREATER_EQUAL, [this](int row) { return RawRow(row); }, out);
+    ExtremeOf(
+        col, from, to, ZN_OP_GREATER_EQUAL, [this](int row) { return RawRow(row); }, out);
 }
 
 void Zn_Dataset::GetMin(int col, int from, int to, Zn_Variant& out) const
 {
     to = std::min(to, GetRowCount());
-    ExtremeOf(col, from, to, ZN_OP_LESS_EQUAL, [this](int row) { return RawRow(row); }, out);
+    ExtremeOf(
+        col, from, to, ZN_OP_LESS_EQUAL, [this](int row) { return RawRow(row); }, out);
 }
 
 double Zn_Dataset::GetAvg(int col, int from, int to) const
@@ -118,19 +121,22 @@ double Zn_Dataset::GetAvg(int col, int from, int to) const
 void Zn_Dataset::GetSumNF(int col, int from, int to, Zn_Variant& out) const
 {
     to = std::min(to, rows_.Count());
-    SumOf(col, from, to, CountBetween(from, to), [](int row) { return row; }, out);
+    SumOf(
+        col, from, to, CountBetween(from, to), [](int row) { return row; }, out);
 }
 
 void Zn_Dataset::GetMaxNF(int col, int from, int to, Zn_Variant& out) const
 {
     to = std::min(to, rows_.Count());
-    ExtremeOf(col, from, to, ZN_OP_GREATER_EQUAL, [](int row) { return row; }, out);
+    ExtremeOf(
+        col, from, to, ZN_OP_GREATER_EQUAL, [](int row) { return row; }, out);
 }
 
 void Zn_Dataset::GetMinNF(int col, int from, int to, Zn_Variant& out) const
 {
     to = std::min(to, rows_.Count());
-    ExtremeOf(col, from, to, ZN_OP_LESS_EQUAL, [](int row) { return row; }, out);
+    ExtremeOf(
+        col, from, to, ZN_OP_LESS_EQUAL, [](int row) { return row; }, out);
 }
 
 double Zn_Dataset::GetAvgNF(int col, int from, int to) const

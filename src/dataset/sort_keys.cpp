@@ -329,12 +329,9 @@ KeyedRows::Summary KeyedRows::SummaryOf(int first, int end) const
 KeyedRows::Range KeyedRows::Join(const Range& a, const Range& b) noexcept
 {
     const bool hasA = a.kind != Zn_Variant::Empty, hasB = b.kind != Zn_Variant::Empty;
-    return {hasA ? a.kind : b.kind,
-            a.hasAbsent || b.hasAbsent,
-            a.hasEmpty || b.hasEmpty,
-            a.isMixed || b.isMixed || (hasA && hasB && a.kind != b.kind),
-            std::min(a.low, b.low),
-            std::max(a.high, b.high)};
+    return {hasA ? a.kind : b.kind,   a.hasAbsent || b.hasAbsent,
+            a.hasEmpty || b.hasEmpty, a.isMixed || b.isMixed || (hasA && hasB && a.kind != b.kind),
+            std::min(a.low, b.low),   std::max(a.high, b.high)};
 }
 
 KeyedRows::Summary KeyedRows::Join(const Summary& a, const Summary& b) noexcept

@@ -56,8 +56,8 @@ private:
     bool descending_;
 };
 
-// One number per row that orders the rows as the keys do, all of which must be orders. Returns the largest that there may
-// be.
+// One number per row that orders the rows as the keys do, all of which must be orders. Returns the largest that there
+// may be.
 std::uint64_t MakeRanks(const std::vector<SortKey>& keys, std::vector<std::uint64_t>& ranks);
 
 // Rows under sort that are compared key by key.

@@ -5,9 +5,9 @@
 // that sorts after the pivot and from the right to the last that sorts before it, exchanges the two, and goes on until
 // both meet; then the pivot changes places with the row on the right side's end and both parts are sorted the same way.
 //
-// Done literally that is quadratic on rows that are sorted, reversed or of few keys. Here the same exchanges are made in
-// the same order, but after an uneven partition the two places are looked up in a tree of summaries (BlockTree), so that a
-// partition costs its exchanges, which are no more than its smaller part has rows. Segments wait on a stack of
+// Done literally that is quadratic on rows that are sorted, reversed or of few keys. Here the same exchanges are made
+// in the same order, but after an uneven partition the two places are looked up in a tree of summaries (BlockTree), so
+// that a partition costs its exchanges, which are no more than its smaller part has rows. Segments wait on a stack of
 // logarithmic depth.
 //
 // Rows is what is sorted:
@@ -29,7 +29,8 @@
 
 namespace zn {
 
-// Summaries of blocks of rows and of ever larger runs of blocks. What is outside the segment in work may be out of date.
+// Summaries of blocks of rows and of ever larger runs of blocks. What is outside the segment in work may be out of
+// date.
 template <class Rows>
 class BlockTree {
 public:

