@@ -26,5 +26,7 @@ void AddMessage(CLI::App& app, ExitCode& exitCode);
 void AddMessages(CLI::App& app, ExitCode& exitCode);
 void AddHtml(CLI::App& app, ExitCode& exitCode);
 void AddXml(CLI::App& app, ExitCode& exitCode);
+void AddSend(CLI::App& app, ExitCode& exitCode);
+void AddReceive(CLI::App& app, ExitCode& exitCode);
 
 } // namespace zntool
