@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <climits>
@@ -11,6 +12,7 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <optional>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -24,6 +26,7 @@ namespace zn::platform {
 namespace {
 
 constexpr int kTimedOut = 10060;
+constexpr std::size_t kJoined = 4096;
 
 int Descriptor(Socket socket) noexcept
 {
@@ -70,8 +73,6 @@ public:
     {
     }
 
-    bool IsLimited() const noexcept { return limited_; }
-
     // Waits until the socket has something: false with the error when it fails or time runs out.
     bool Wait(Socket socket, short what) const noexcept
     {
@@ -116,13 +117,14 @@ int WithTimeout(Socket socket, int seconds, Call call) noexcept
         errno = EINVAL;
         return -1;
     }
-    const Deadline deadline(seconds);
-    const int flags = deadline.IsLimited() ? MSG_DONTWAIT : 0;
-    for (;;) {
+    const int flags = seconds > 0 ? MSG_DONTWAIT : 0;
+    for (std::optional<Deadline> deadline;;) {
         const auto result = Uninterrupted([&] { return call(flags); });
         if (result >= 0 || (errno != EAGAIN && errno != EWOULDBLOCK))
             return static_cast<int>(result);
-        if (!deadline.Wait(socket, POLLIN))
+        if (!deadline)
+            deadline.emplace(seconds);
+        if (!deadline->Wait(socket, POLLIN))
             return -1;
     }
 }
@@ -297,6 +299,16 @@ Socket AcceptSocket(Socket socket, Endpoint& peer, int timeoutSeconds) noexcept
 
 int SendBytes(Socket socket, std::span<const unsigned char> first, std::span<const unsigned char> second) noexcept
 {
+    std::array<unsigned char, kJoined> joined;
+    if (first.size() + second.size() <= joined.size()) { // cheaper to copy than to have them gathered
+        const auto middle = std::copy(first.begin(), first.end(), joined.begin());
+        std::copy(second.begin(), second.end(), middle);
+        first = {joined.data(), first.size() + second.size()};
+        second = {};
+    }
+    if (second.empty())
+        return static_cast<int>(
+            Uninterrupted([&] { return send(Descriptor(socket), first.data(), first.size(), MSG_NOSIGNAL); }));
     iovec pieces[2] = {{const_cast<unsigned char*>(first.data()), first.size()},
                        {const_cast<unsigned char*>(second.data()), second.size()}};
     msghdr message{};

@@ -183,7 +183,8 @@ int Zn_Socket::ReceiveBehind(Zn_Buffer& out, int at, int bytes, int timeoutSecon
     int count = 0;
     bool good = true;
     for (bool more = true; good && more && count < bytes;) {
-        const int room = std::min(bytes - count, std::max(kFirstRoom, count));
+        const int present = std::max(out.GetLength() - at - count, 0);
+        const int room = std::min(bytes - count, std::max({kFirstRoom, count, present}));
         unsigned char* data = room <= INT_MAX - at - count ? out.GetSafeBuffer(at + count + room) : nullptr;
         if (!data) {
             out.SetSize(at + count);

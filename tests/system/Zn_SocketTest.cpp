@@ -1,5 +1,6 @@
 #include "Zn_Socket.h"
 
+#include "foundation/memory.h"
 #include "system/connection.h"
 
 #include <atomic>
@@ -234,6 +235,30 @@ TEST_F(Socket, BrokenFrames)
     connection.near.Close(); // resets
     EXPECT_EQ(connection.far.RecvData(in, flag, 10), Zn_Socket::NoLength);
     EXPECT_EQ(connection.far.lastError, 10054);
+}
+
+// Memory that runs out ends the call with a status, wherever it happens.
+TEST_F(Socket, WithoutMemory)
+{
+    int failed = 0;
+    for (int n = 1;; ++n) {
+        Connection connection;
+        connection.near.SendPacket(BytesOf(Frame(70'000, 1, std::string(70'000, 'a')) + Frame(3, 0, "bcd") + "line\n"));
+        Zn_Buffer in, line;
+        zn::FailAllocation(n);
+        const int length = connection.far.RecvAllData(in, 10);
+        const int ofLine = length > 0 ? connection.far.RecvLine(line, 10, 10) : 5;
+        const bool hit = zn::AllocationFailed();
+        zn::FailAllocation(0);
+        if (!hit) {
+            EXPECT_EQ(length, 70'003);
+            break;
+        }
+        EXPECT_TRUE((length == Zn_Socket::NoPayload && in.GetLength() % 70'000 == 0) || ofLine == -1);
+        EXPECT_EQ(connection.far.lastError, 10055);
+        ASSERT_LT(++failed, 100);
+    }
+    EXPECT_GT(failed, 2);
 }
 
 TEST_F(Socket, APeerThatSendsByteByByte)
