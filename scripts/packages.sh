@@ -1,6 +1,6 @@
 # Debian packages that a script needs, for ./check and ./demo to source.
 #
-#     need_packages <group>...     groups: build, clang, tidy, coverage, bench
+#     need_packages <group>...     groups: build, clang, tidy, windows, coverage, bench
 #
 # What is missing is installed with apt-get where this user may (root, or sudo without a password); elsewhere the one
 # line that installs it is printed and the script ends.
@@ -12,6 +12,8 @@ packages_of() {
                      libgtest-dev:gtest/gtest.h libcli11-dev:CLI/CLI.hpp python3:python3" ;;
         clang) echo "clang:clang++" ;;
         tidy) echo "clang-tidy:clang-tidy clang-format:clang-format" ;;
+        windows) echo "g++-mingw-w64-x86-64-posix:x86_64-w64-mingw32-g++-posix
+                     googletest:/usr/src/googletest/googletest/include/gtest/gtest.h" ;;
         coverage) echo "gcovr:gcovr" ;;
         bench) echo "libbenchmark-dev:benchmark/benchmark.h libpugixml-dev:pugixml.hpp libsqlite3-dev:sqlite3.h
                      libmsgpack-cxx-dev:msgpack.hpp libxml2-dev:libxml2/libxml/parser.h libgumbo-dev:gumbo.h

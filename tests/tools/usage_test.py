@@ -7,7 +7,7 @@ import tool
 from tool import STORE, ToolTest, main
 
 COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "compress", "decompress", "message", "messages",
-            "html", "xml", "send", "receive")
+            "html", "xml", "config", "send", "receive")
 TWO_SIDED = ("send", "receive")  # network_test.py runs them
 
 
@@ -28,6 +28,7 @@ class Usage(ToolTest):
         self.write("edits.txt", "delete lines 0\n")
         self.write("page.html", "<a href=x>y</a>")
         self.write("message.xml", "<a><column/></a>")
+        self.write("client.ini", "[server]\nport=1\n")
         self.write("prices.csv", "Id,Price,Note\n1,2.50,x\n")
         tried = 0
         for command in (command for command in COMMANDS if command not in TWO_SIDED):
@@ -36,7 +37,7 @@ class Usage(ToolTest):
                     words = line[line.index("zn ") + 3:].split(" | ")[0]
                     self.zn(*shlex.split(words))
                     tried += 1
-        self.assertEqual(tried, 17)
+        self.assertEqual(tried, 20)
 
     def test_the_page_about_the_tool_shows_what_it_prints(self):
         for file in STORE.iterdir():

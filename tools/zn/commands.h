@@ -28,5 +28,6 @@ void AddHtml(CLI::App& app, ExitCode& exitCode);
 void AddXml(CLI::App& app, ExitCode& exitCode);
 void AddSend(CLI::App& app, ExitCode& exitCode);
 void AddReceive(CLI::App& app, ExitCode& exitCode);
+void AddConfig(CLI::App& app, ExitCode& exitCode);
 
 } // namespace zntool

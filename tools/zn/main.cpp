@@ -27,7 +27,7 @@ int Run(int argc, char** argv)
     app.set_version_flag("--version", "zn " ZN_VERSION);
     app.footer(kFooter);
     for (const auto add : {AddShow, AddInfo, AddConvert, AddEdit, AddApply, AddReset, AddAccept, AddCompress,
-                           AddDecompress, AddMessage, AddMessages, AddHtml, AddXml, AddSend, AddReceive})
+                           AddDecompress, AddMessage, AddMessages, AddHtml, AddXml, AddConfig, AddSend, AddReceive})
         add(app, exitCode);
     try {
         app.parse(argc, argv);
