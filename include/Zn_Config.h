@@ -99,7 +99,8 @@ private:
 class ZN_API Zn_Config : public Zn_ConfigSectionList {
 public:
     Zn_Config() noexcept = default;
-    Zn_Config(const Zn_Config& other) : Zn_ConfigSectionList() { Assign(other); }
+    // The sections; file name and last error stay behind.
+    Zn_Config(const Zn_Config& other) : Zn_ConfigSectionList(other), reserved_(other.reserved_) {}
     Zn_Config& operator=(const Zn_Config& other)
     {
         Assign(other);

@@ -226,6 +226,7 @@ int Zn_File::Open(const char16_t* path, const char* mode)
     return Open(path, flags, 0);
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): one step, since the second try asks for no third
 int Zn_File::Open(const char16_t* path, int flags, int retryReadOnly)
 {
     if (IsEmptyText(path))
