@@ -149,6 +149,9 @@ public:
     void GetAttributeFromList(Zn_WString& out) const;
     // Replaces the attributes by those of a text such as `a=1 b = '2' c` (c is empty) and clears the raw text. 1.
     int MakeVarList(std::u16string_view attributeText);
+    int MakeVarList(const char16_t* attributeText) { return MakeVarList(Zn_WString(attributeText)); }
+    // Callers rely on it: the element's own raw text, given here, is gone before it is read.
+    int MakeVarList(const Zn_WString& attributeText);
     // Callers rely on it: 0 when there are attributes or no raw text; else both become empty and it returns 1.
     int MakeVarList();
 

@@ -114,9 +114,6 @@ void Zn_DOMElement::GetAttributeFromList(Zn_WString& out) const
 
 int Zn_DOMElement::MakeVarList(std::u16string_view attributeText)
 {
-    // Callers rely on it: the element's own raw text is gone before it is read.
-    if (attributeText.data() == rawAttributes.GetText())
-        attributeText = {};
     Zn_NamedStrList parsed; // the text may be part of what is replaced
     zn::ReadNameValues(attributeText, [&parsed](const zn::NameValue& pair) { AddAttribute(parsed, pair); });
     attributes = std::move(parsed);
@@ -124,9 +121,14 @@ int Zn_DOMElement::MakeVarList(std::u16string_view attributeText)
     return 1;
 }
 
+int Zn_DOMElement::MakeVarList(const Zn_WString& attributeText)
+{
+    return MakeVarList(&attributeText == &rawAttributes ? std::u16string_view() : attributeText.GetView());
+}
+
 int Zn_DOMElement::MakeVarList()
 {
     if (attributes.Count() > 0 || rawAttributes.IsEmpty())
         return 0;
-    return MakeVarList(rawAttributes.GetView());
+    return MakeVarList(rawAttributes);
 }

@@ -59,6 +59,10 @@ TEST(NameValues, RawTextIsGoneBeforeItIsRead)
     element.MakeVarList(element.attributes.Str(u"a")); // a text that is replaced on the way
     EXPECT_EQ(element.attributes.Str(u"c"), u"2");
     element.SetAttrib(u"b=1");
+    const Zn_WString copy = element.rawAttributes;
+    element.MakeVarList(copy);
+    EXPECT_EQ(element.attributes.Str(u"b"), u"1") << "a copy is not the raw text";
+    element.SetAttrib(u"b=1");
     EXPECT_EQ(element.MakeVarList(), 0);
     EXPECT_EQ(element.rawAttributes, u"b=1");
 }
