@@ -70,6 +70,11 @@ public:
         return Touched().Base::SetLink(index, column, grow);
     }
     int Exchange(int a, int b) noexcept { return Touched().Base::Exchange(a, b); }
+    void ReleaseList() noexcept
+    {
+        Base::ReleaseList();
+        touched_ = false;
+    }
 
     // First column, in list order, with that place in definition order; null when there is none.
     const Zn_ColInfo* GetItemByOrgIdx(int orgIdx) const noexcept;
@@ -87,6 +92,8 @@ public:
     int AddLink(const Zn_ColInfo* column, int& added);
     // Replaces the contents by copies; returns the new count. Null changes nothing and returns 0.
     int Assign(const Zn_ColList* other);
+    // The same, but every column keeps the position that it has there, as the values of a table's rows do.
+    void TakePlaces(const Zn_ColList& other);
     // Adds copies; returns the count.
     int Append(const Zn_ColList* other);
 

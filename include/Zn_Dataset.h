@@ -29,16 +29,12 @@
 #include "Zn_Variant.h"
 #include "Zn_WString.h"
 
-#include <concepts>
 #include <vector>
 
 class Zn_DatasetXmlReader;
 class Zn_DOMElement;
 class Zn_NamedStrList;
 class Zn_OriginalIndex;
-
-template <class T>
-concept Zn_PlainValue = std::constructible_from<Zn_Variant, const T&> && !std::convertible_to<T, const Zn_Variant*>;
 
 class ZN_API Zn_Dataset {
 public:
@@ -89,6 +85,16 @@ public:
     int AddConstColumn(const Zn_WString& id, const Zn_Variant* value) { return constColumns_.AddVariable(id, value); }
     int AddConstColumn(const char16_t* id, const Zn_Variant& value) { return constColumns_.AddVariable(id, value); }
     int AddConstColumn(const char16_t* id, const Zn_Variant* value) { return constColumns_.AddVariable(id, value); }
+    template <Zn_PlainValue T>
+    int AddConstColumn(const Zn_WString& id, const T& value)
+    {
+        return constColumns_.AddVariable(id, value);
+    }
+    template <Zn_PlainValue T>
+    int AddConstColumn(const char16_t* id, const T& value)
+    {
+        return constColumns_.AddVariable(id, value);
+    }
     int AddConstStr(const Zn_WString& id, const Zn_WString& value) { return constColumns_.AddStr(id, value); }
     int AddConstStr(const Zn_WString& id, const char16_t* value, int length = -1)
     {
@@ -419,9 +425,10 @@ private:
     friend class Zn_DatasetAccess; // what the message streams do with a table
     friend class Zn_DatasetXmlReader;
 
-    enum class StoreOutcome { Store, Unchanged, Refused };
+    enum class StoreOutcome { Store, Restore, Unchanged, Refused };
 
     static const Zn_Variant* NotNull(const Zn_Variant* value) noexcept;
+    int DefineColumn(const Zn_ColInfo& column);
 
     // Row numbers: the stored row behind a visible one, -1 for a group row or none.
     bool IsGroupRow(int row) const noexcept;

@@ -15,13 +15,24 @@
 #include "Zn_Variant.h"
 #include "Zn_WString.h"
 
+#include <concepts>
+
 class Zn_DOMElement;
+
+// What a variant can be made from. A number 0 is one: without this it would be taken for a null pointer.
+template <class T>
+concept Zn_PlainValue = std::constructible_from<Zn_Variant, const T&> && !std::convertible_to<T, const Zn_Variant*>;
 
 class ZN_API Zn_Variable {
 public:
     Zn_Variable() noexcept = default;
     Zn_Variable(const Zn_WString& variableId, const Zn_Variant& variableValue) : id(variableId), value(variableValue) {}
     Zn_Variable(const Zn_WString& variableId, const Zn_WString& text) : id(variableId), value(text) {}
+
+    template <Zn_PlainValue T>
+    Zn_Variable(const Zn_WString& variableId, const T& plain) : id(variableId), value(plain)
+    {
+    }
 
     void Set(const Zn_Variable& other) { *this = other; }
     void SetId(const Zn_WString& newId) { id = newId; }
@@ -69,12 +80,27 @@ public:
     int AddVariable(const Zn_WString& id, const Zn_Variant* value) { return AddVariable(id.GetText(), value); }
     int AddVariable(const char16_t* id, const Zn_Variant& value) { return AddVariable(id, &value); }
     int AddVariable(const char16_t* id, const Zn_Variant* value);
+    template <Zn_PlainValue T>
+    int AddVariable(const Zn_WString& id, const T& value)
+    {
+        return AddVariable(id, Zn_Variant(value));
+    }
+    template <Zn_PlainValue T>
+    int AddVariable(const char16_t* id, const T& value)
+    {
+        return AddVariable(id, Zn_Variant(value));
+    }
     int AddStr(const Zn_WString& id, const Zn_WString& value);
     int AddStr(const Zn_WString& id, const char16_t* value, int length = -1);
 
     // Replaces the value of an existing item; returns the index, -1 when out of range.
     int SetVariant(int index, const Zn_Variant& value);
     int SetVariant(int index, const Zn_Variant* value);
+    template <Zn_PlainValue T>
+    int SetVariant(int index, const T& value)
+    {
+        return SetVariant(index, Zn_Variant(value));
+    }
     int SetStr(int index, const Zn_WString& value);
     int SetStr(int index, const char16_t* value, int length = -1);
     // Replaces the whole list by the variables of a text of blank-separated id=value pairs. A quoted value is a

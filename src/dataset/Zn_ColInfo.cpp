@@ -99,7 +99,21 @@ int Zn_ColList::AddLink(const Zn_ColInfo* column, int& added)
 
 int Zn_ColList::Assign(const Zn_ColList* other)
 {
-    return other ? AssignList(*other) : 0;
+    if (!other)
+        return 0;
+    *this = *other;
+    return Count();
+}
+
+void Zn_ColList::TakePlaces(const Zn_ColList& other)
+{
+    if (GetOption() == other.GetOption()) {
+        *this = other;
+        return;
+    }
+    ReleaseList();
+    for (const Zn_ColInfo& column : other)
+        Insert(Count(), column);
 }
 
 int Zn_ColList::Append(const Zn_ColList* other)

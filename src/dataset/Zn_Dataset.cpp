@@ -104,9 +104,13 @@ int Zn_Dataset::AddColumn(const Zn_WString& id, short type, short size, short su
 
 int Zn_Dataset::AddColumn(const Zn_ColInfo* column)
 {
-    if (!column || GetColIndex(column->id) >= 0)
-        return 0;
-    Zn_ColInfo defined(*column);
+    return !column || GetColIndex(column->id) >= 0 ? 0 : DefineColumn(*column);
+}
+
+// For an id that no column has.
+int Zn_Dataset::DefineColumn(const Zn_ColInfo& column)
+{
+    Zn_ColInfo defined(column);
     defined.orgIdx = static_cast<short>(columns_.Count());
     int added = 0;
     const int position = columns_.Add(&defined, added);
@@ -229,7 +233,7 @@ void Zn_Dataset::CopyTable(const Zn_Dataset& other)
         id_ = other.id_;
     codePage_ = other.codePage_;
     constColumns_.Assign(&other.constColumns_);
-    columns_.Assign(&other.columns_);
+    columns_.TakePlaces(other.columns_);
     rows_.Assign(&other.rows_);
     orgBuffer_.Assign(&other.orgBuffer_);
     insertCount_ = other.insertCount_;

@@ -17,6 +17,19 @@ int Zn_DatasetHandler::_CompareItem(void* a, void* b)
     return zn_icompare(static_cast<Zn_Dataset*>(a)->GetId(), static_cast<Zn_Dataset*>(b)->GetId());
 }
 
+namespace {
+
+// The list's place of a new table; -1, and the table goes, when there is no memory.
+int AddOrDrop(Zn_DatasetList& list, Zn_Dataset* fresh)
+{
+    const int place = list.AddLink(fresh);
+    if (place < 0)
+        list.GetHandler()->Drop(fresh);
+    return place;
+}
+
+} // namespace
+
 int Zn_DatasetList::AddDataset(const char16_t* id, const Zn_Dataset* dataset)
 {
     if (!id || !dataset)
@@ -26,8 +39,15 @@ int Zn_DatasetList::AddDataset(const char16_t* id, const Zn_Dataset* dataset)
         GetSafeItem(place)->AssignNF(dataset);
         return place;
     }
-    const int added = Add(*dataset);
-    if (Zn_Dataset* copy = GetSafeItem(added); copy && !zn_iequal(copy->GetId(), id))
+    Zn_Dataset* copy = NewItem();
+    if (!copy)
+        return -1;
+    copy->AssignNF(dataset);
+    // Callers rely on its place being that of its own id, unless the list has a table of that id already.
+    if (FindId(copy->GetId()) >= 0)
+        copy->SetId(id);
+    const int added = AddOrDrop(*this, copy);
+    if (added >= 0 && !zn_iequal(copy->GetId(), id))
         copy->SetId(id);
     return added;
 }
@@ -63,5 +83,5 @@ Zn_Dataset* Zn_DatasetAccess::AddEmpty(Zn_DatasetList& list, const Zn_WString& i
     if (!fresh)
         return nullptr;
     fresh->SetId(id);
-    return list.GetSafeItem(list.AddLink(fresh));
+    return list.GetSafeItem(AddOrDrop(list, fresh));
 }

@@ -112,8 +112,9 @@ constexpr int kHeadSize = 6;
 
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
 {
+    const Zn_Buffer kept(in); // it may be one of the values, which go
     zn::RecordBuilder values;
-    return LoadFrom(in, offset, codePage, values);
+    return LoadFrom(kept, offset, codePage, values);
 }
 
 int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::RecordBuilder& values)

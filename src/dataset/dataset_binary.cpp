@@ -90,8 +90,9 @@ int Zn_Dataset::SaveNext(Zn_Buffer& out, int start, int count) const
     return writer.Finish();
 }
 
-int Zn_Dataset::Load(const Zn_Buffer& in, int offset)
+int Zn_Dataset::Load(const Zn_Buffer& source, int offset)
 {
+    const Zn_Buffer in(source); // it may be the value of a cell, which goes now
     ClearAll();
     offset = LoadHead(in, offset);
     if (offset < 0)

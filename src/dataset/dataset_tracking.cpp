@@ -131,15 +131,14 @@ int Zn_Dataset::StoreValue(int rawRow, int col, const Zn_Variant* value, bool li
         value = &converted;
         link = false;
     }
-    switch (updateTracking_ ? TrackStore(*row, col, *value) : StoreOutcome::Store) {
-    case StoreOutcome::Refused:
-        return 0;
-    case StoreOutcome::Unchanged:
-        return 1;
-    case StoreOutcome::Store:
-        break;
-    }
-    return (link ? row->SetLink(col, value, 1) : row->SetColumn(col, value)) >= 0;
+    const StoreOutcome outcome = updateTracking_ ? TrackStore(*row, col, *value) : StoreOutcome::Store;
+    if (outcome == StoreOutcome::Refused || outcome == StoreOutcome::Unchanged)
+        return outcome == StoreOutcome::Unchanged;
+    const bool stored = (link ? row->SetLink(col, value, 1) : row->SetColumn(col, value)) >= 0;
+    // Only now: the value may be the one that the original holds.
+    if (stored && outcome == StoreOutcome::Restore)
+        DropOriginal(*row);
+    return stored;
 }
 
 Zn_Dataset::StoreOutcome Zn_Dataset::TrackStore(Zn_Record& row, int col, const Zn_Variant& value)
@@ -151,9 +150,7 @@ Zn_Dataset::StoreOutcome Zn_Dataset::TrackStore(Zn_Record& row, int col, const Z
         const Zn_Record* original = orgBuffer_.GetItem(row.GetOrgIdx());
         if (!original)
             return StoreOutcome::Refused;
-        if (IsOriginalRow(row, *original, col, value))
-            DropOriginal(row);
-        return StoreOutcome::Store;
+        return IsOriginalRow(row, *original, col, value) ? StoreOutcome::Restore : StoreOutcome::Store;
     }
     default:
         const Zn_Variant* present = row.GetItem(col);

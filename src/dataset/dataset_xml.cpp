@@ -76,10 +76,11 @@ int Zn_Dataset::GetXmlTypeValue(const Zn_NamedStrList& attributes)
 
 int Zn_Dataset::LoadDataXml(const Zn_Buffer& in, int clear)
 {
-    if (clear)
-        ClearAll();
     Zn_XmlDOM document;
-    if (!document.Load(reinterpret_cast<const char*>(in.GetData()), in.GetLength(), 0))
+    const int whole = document.Load(reinterpret_cast<const char*>(in.GetData()), in.GetLength(), 0);
+    if (clear)
+        ClearAll(); // not before: the bytes may be the value of a cell
+    if (!whole)
         return -1;
     const Zn_DOMElement* element = document.GetItem(u"dataset", 0);
     return element ? LoadDataXml(*element, clear) : -1;
@@ -87,10 +88,11 @@ int Zn_Dataset::LoadDataXml(const Zn_Buffer& in, int clear)
 
 int Zn_Dataset::LoadDataXml(const char16_t* text, int length, int clear)
 {
+    Zn_XmlDOM document;
+    const int whole = document.Load(text, length);
     if (clear)
         ClearAll();
-    Zn_XmlDOM document;
-    if (!document.Load(text, length))
+    if (!whole)
         return -1;
     const Zn_DOMElement* root = document.GetItem(u"root", 0);
     const Zn_DOMElement* element = (root ? root->children : document).GetItem(u"dataset", 0);

@@ -7,10 +7,8 @@
 
 #include <algorithm>
 
-Zn_DatasetXmlReader::Zn_DatasetXmlReader(Zn_Dataset& dataset) : dataset_(dataset)
+Zn_DatasetXmlReader::Zn_DatasetXmlReader(Zn_Dataset& dataset) : dataset_(dataset), constColumns_(dataset.constColumns_)
 {
-    for (const Zn_Variable& column : dataset.constColumns_)
-        constIds_.Add(column.id);
     ColumnsChanged();
 }
 
@@ -68,16 +66,7 @@ short SummOf(std::u16string_view text)
 
 void Zn_DatasetXmlReader::ConstColumn(const Zn_NamedStrList& attributes, std::u16string_view text)
 {
-    const Zn_WString& id = attributes.Str(u"id");
-    if (id.IsEmpty())
-        return;
-    const Zn_Variant value = ConstValue(Zn_Variant::GetTypeNo(attributes.Str(u"type")), text);
-    const int place = constIds_.Find(id);
-    if (place >= 0) {
-        dataset_.constColumns_.SetVariant(place, value);
-    } else if (dataset_.constColumns_.Add(Zn_Variable(id, value)) >= 0) {
-        constIds_.Add(id);
-    }
+    constColumns_.Put(attributes.Str(u"id"), ConstValue(Zn_Variant::GetTypeNo(attributes.Str(u"type")), text));
 }
 
 void Zn_DatasetXmlReader::Column(const Zn_NamedStrList& attributes)
@@ -93,8 +82,8 @@ void Zn_DatasetXmlReader::Column(const Zn_NamedStrList& attributes)
     if (column.summ & kHasText)
         column.text = summ.Mid(kTextStart);
     places_ -= dataset_.rows_.Count() + dataset_.orgBuffer_.Count();
-    if (!IsOverdrawn() && constIds_.Find(column.id) < 0)
-        columnsChanged_ |= dataset_.AddColumn(&column) >= 0;
+    if (!IsOverdrawn() && !constColumns_.Has(column.id) && dataset_.columns_.FindId(column.id) < 0)
+        columnsChanged_ |= dataset_.DefineColumn(column) >= 0;
 }
 
 void Zn_DatasetXmlReader::BeginRecord(int rowType)

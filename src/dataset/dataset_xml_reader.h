@@ -15,7 +15,7 @@
 #include "Zn_Dataset.h"
 #include "Zn_NamedStr.h"
 #include "dataset/record_builder.h"
-#include "foundation/id_index.h"
+#include "stream/variable_filler.h"
 
 #include <cstdint>
 #include <string_view>
@@ -49,7 +49,7 @@ private:
 
     Zn_Dataset& dataset_;
     std::int64_t places_ = kPlacesToStart;
-    zn::IdIndex constIds_;
+    zn::VariableFiller constColumns_;
     Zn_Record* row_ = nullptr;
     Zn_Record* original_ = nullptr;
     bool originalEnded_ = false;

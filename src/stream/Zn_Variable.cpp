@@ -137,8 +137,9 @@ int Zn_VariableList::Save(Zn_Buffer& out, unsigned codePage) const
     return writer.Finish();
 }
 
-int Zn_VariableList::Load(const Zn_Buffer& in, int offset, unsigned codePage)
+int Zn_VariableList::Load(const Zn_Buffer& source, int offset, unsigned codePage)
 {
+    const Zn_Buffer in(source); // it may be one of the values, which go now
     ReleaseList();
     const int length = in.GetLength();
     const unsigned char* data = in.GetData();

@@ -22,8 +22,9 @@ int ZnBinStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, 
     return out.GetLength();
 }
 
-int ZnBinStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& in)
+int ZnBinStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& source)
 {
+    const Zn_Buffer in(source); // it may be a value in one of the lists
     variables.ReleaseList();
     datasets.ReleaseList();
     if (in.GetLength() < kHeaderSize || zn::GetBe16(in.GetData()) == 0)

@@ -395,9 +395,9 @@ std::u16string DecodeDocument(const Zn_Buffer& in)
 
 int ZnXmlStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& in, unsigned& codePage)
 {
+    const std::u16string text = DecodeDocument(in); // first: it may be a value in one of the lists
     variables.ReleaseList();
     datasets.ReleaseList();
-    const std::u16string text = DecodeDocument(in);
     MessageReader reader(variables, datasets);
     zn::Tokenizer<MessageReader>(reader).Parse(text);
     reader.Finish();

@@ -10,6 +10,8 @@
 #include "stream/variable_xml_reader.h"
 #include "stream/variable_xml_writer.h"
 
+#include <utility>
+
 namespace {
 
 Zn_Variant ValueOf(const zn::NameValue& pair)
@@ -29,8 +31,10 @@ int Zn_VariableList::SetStr(const char16_t* text)
 {
     if (!text)
         return -1;
-    ReleaseList();
-    zn::ReadNameValues(text, [this](const zn::NameValue& pair) { AddVariable(Zn_WString(pair.name), ValueOf(pair)); });
+    Zn_VariableList read(GetOption()); // the text may be one of the values
+    zn::VariableFiller variables(read);
+    zn::ReadNameValues(text, [&](const zn::NameValue& pair) { variables.Put(Zn_WString(pair.name), ValueOf(pair)); });
+    *this = std::move(read);
     return Count();
 }
 
@@ -75,9 +79,6 @@ int Zn_VariableList::LoadXml(const Zn_DOMElement& params, int clear)
 
 void zn::VariableXmlReader::Param(const Zn_NamedStrList& attributes, std::u16string_view text)
 {
-    const Zn_WString& id = attributes.Str(u"id");
-    if (id.IsEmpty())
-        return;
     Zn_Variant value;
     switch (Zn_Variant::GetTypeNo(attributes.Str(u"type"))) {
     case Zn_Variant::Integer:
@@ -90,9 +91,5 @@ void zn::VariableXmlReader::Param(const Zn_NamedStrList& attributes, std::u16str
         value = text;
         break;
     }
-    if (const int place = ids_.Find(id); place >= 0) {
-        list_.SetVariant(place, value);
-    } else if (list_.Add(Zn_Variable(id, value)) >= 0) {
-        ids_.Add(id);
-    }
+    variables_.Put(attributes.Str(u"id"), value);
 }

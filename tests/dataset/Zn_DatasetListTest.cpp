@@ -15,6 +15,9 @@ TEST(DatasetList, OneTablePerIdInIdOrder)
     EXPECT_EQ(list.GetItem(0)->GetId(), u"orders") << "an id that is there stays";
     EXPECT_EQ(list.AddDataset(u"items", &two), 1) << "placed under its own id, then renamed";
     EXPECT_EQ(list.FindId(u"items"), 1);
+    EXPECT_EQ(list.AddDataset(u"copy", list.GetItem(u"items")), 0);
+    EXPECT_EQ(list.GetItem(u"items")->GetRowCount(), 2) << "the copy is a table of its own";
+    EXPECT_EQ(list.DeleteDataset(u"copy"), 1);
     EXPECT_EQ(list.AddDataset(u"x", nullptr), -1);
     EXPECT_EQ(list.DeleteDataset(u"unknown"), -1);
     EXPECT_EQ(list.DeleteDataset(u"ORDERS"), 1);

@@ -23,6 +23,8 @@ TEST(Dataset, ColumnsAreInNameOrderAndConstantOnesBehind)
     EXPECT_EQ(table.GetColumn(-1, 2)->ToString(), u"kim") << "whatever the row";
     EXPECT_EQ(table.SetConstColumn(u"user", 5), 1);
     EXPECT_EQ(table.SetConstColumn(u"nobody", 5), 0);
+    EXPECT_EQ(table.AddConstColumn(u"zero", 0), 1);
+    EXPECT_EQ(table.GetConstColumn(u"zero")->type, Zn_Variant::Integer) << "no null pointer";
     EXPECT_EQ(table.SetColumn(-7, u"user", 6), 1);
     EXPECT_EQ(table.GetConstColumn(u"USER")->ToInteger(), 6);
 }
@@ -145,6 +147,25 @@ TEST(Dataset, CopiesAreWholeAndTheirOwn)
     EXPECT_EQ(table.Assign(nullptr), 0);
     EXPECT_EQ(table.GetColCount(), 0);
     EXPECT_EQ(table.GetId(), u"table");
+}
+
+TEST(Dataset, CopiesKeepColumnsWhereTheyAre)
+{
+    Zn_Dataset unordered(65001, 0);
+    Zn_Dataset renamed;
+    for (Zn_Dataset* table : {&unordered, &renamed}) {
+        table->AppendRow(0);
+        for (int i = 0; i < 3; ++i) {
+            table->AddColumn(std::u16string_view(u"cba").substr(static_cast<std::size_t>(i), 1));
+            table->SetColumn(0, std::u16string_view(u"cba").substr(static_cast<std::size_t>(i), 1), i);
+        }
+    }
+    renamed.GetSafeColInfo(0)->SetId(u"z");
+    const Zn_Dataset ofUnordered(unordered), ofRenamed(renamed);
+    EXPECT_EQ(ofUnordered.GetColumn(0, u"c")->ToInteger(), 0);
+    EXPECT_EQ(ofUnordered.GetColumn(0, u"a")->ToInteger(), 2);
+    EXPECT_EQ(ofRenamed.GetColumn(0, u"z")->ToInteger(), 2);
+    EXPECT_EQ(ofRenamed.GetColumn(0, u"c")->ToInteger(), 0);
 }
 
 TEST(Dataset, CodePages)

@@ -58,6 +58,10 @@ const Rule kRules[] = {
      "row 0=1 y=4<row 1> row 2=1 |", 1},
     {"updated, back again", State::Updated, [](Zn_Dataset& t) { t.SetColumn(1, u"name", u"row 1"); },
      "row 0=1 row 1=1 row 2=1 |", 0},
+    {"updated, given its original", State::Updated,
+     [](Zn_Dataset& t) { t.SetColumn(1, u"name", t.GetOrgColumn(1, u"name")); }, "row 0=1 row 1=1 row 2=1 |", 0},
+    {"updated, linked to its original", State::Updated,
+     [](Zn_Dataset& t) { t.SetColumnLink(1, u"name", t.GetOrgColumn(1, u"name")); }, "row 0=1 row 1=1 row 2=1 |", 0},
     {"updated, back again but another column differs", State::Updated,
      [](Zn_Dataset& t) {
          t.SetColumn(1, u"id", 77);

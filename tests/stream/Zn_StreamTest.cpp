@@ -119,6 +119,46 @@ TEST(Stream, EmptyMessages)
     ZnSetLocaleCP(0);
 }
 
+// What is read may be a value of what it is read into, and of nothing else.
+TEST(Stream, SourceMayStandInTheTarget)
+{
+    const auto own = [](const Zn_Buffer& bytes) { return MakeBuffer(BytesOf(bytes)); };
+    Message message;
+    Zn_VariableList& params = message.params;
+    params.SetStr(u"a=1");
+    Zn_Buffer block, form;
+    params.Save(block, 0);
+    params.AddVariable(u"m", own(block));
+    EXPECT_EQ(params.Load(*params.Var(u"m").GetConstBinary(), 0, 0), block.GetLength());
+    params.AddStr(u"text", u"b=2 c='a text of some length'");
+    EXPECT_EQ(params.SetStr(params.Var(u"text").GetConstStr()->GetText()), 2);
+
+    Zn_Dataset table(u"t", 65001);
+    table.Save(form, 0);
+    const std::string xml = "<dataset><colinfo id='z'/><record><z>1</z></record></dataset>";
+    Zn_Variant sources[] = {own(form), MakeBuffer(xml), Zn_WString::FromUtf8(xml)};
+    for (Zn_Variant& source : sources) {
+        const bool isText = source.type == Zn_Variant::String;
+        table.AddColumn(u"b", isText ? Zn_ColInfo::String : Zn_ColInfo::Blob);
+        table.SetColumn(table.AppendRow(0), u"b", source);
+        source.Clear();
+        const Zn_Variant& cell = *table.GetColumnNF(table.GetRowCount() - 1, u"b");
+        const Zn_Buffer& bytes = *cell.GetConstBinary();
+        if (bytes.GetAt(0) == 0xFF)
+            EXPECT_EQ(table.Load(bytes, 0), form.GetLength());
+        else
+            EXPECT_EQ(isText ? table.LoadDataXml(*cell.GetConstStr(), -1, 1) : table.LoadDataXml(bytes, 1), 1);
+    }
+    for (const bool isXml : {false, true}) {
+        params.AddVariable(u"m", MakeBuffer(isXml ? message.Xml(0) : message.Binary(0)));
+        const Zn_Buffer& bytes = *params.Var(u"m").GetConstBinary();
+        EXPECT_EQ(isXml ? ZnXmlStreamLoad(params, message.tables, bytes, message.codePage)
+                        : ZnBinStreamLoad(params, message.tables, bytes),
+                  0);
+        EXPECT_EQ(params.Var(u"b").ToInteger(), 2);
+    }
+}
+
 TEST(Stream, EveryCodePageKeepsTheText)
 {
     Message message;

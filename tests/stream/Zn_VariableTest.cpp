@@ -41,7 +41,10 @@ TEST(VariableList, OneValuePerIdThroughAddVariable)
     EXPECT_EQ(list.Var(u"NAME").ToString(), u"two");
     EXPECT_EQ(list.Add(Zn_Variable()), -1);
     EXPECT_EQ(list.SetStr(9, u"x"), -1);
-    EXPECT_EQ(list.SetVariant(1, Zn_Variant(2.5)), 1);
+    EXPECT_EQ(list.AddVariable(u"none", 0), 1);
+    EXPECT_EQ(list.Var(1).type, Zn_Variant::Integer) << "0 is a number, not a null pointer";
+    EXPECT_EQ(Zn_Variable(u"a", u"text").value.ToString(), u"text");
+    EXPECT_EQ(list.SetVariant(1, 2.5), 1);
     EXPECT_EQ(list.Var(1).ToDouble(), 2.5);
     EXPECT_EQ(list.Id(9), u"");
     EXPECT_EQ(list.Var(9).type, Zn_Variant::Empty);
@@ -127,6 +130,9 @@ TEST(VariableList, XmlForms)
     loaded.AddStr(u"kept", u"k");
     EXPECT_EQ(loaded.LoadXml(params, 0), 5);
     EXPECT_EQ(Show(loaded), "kept:STRING=k;n:INTEGER=12;d:DECIMAL=0.5;s:STRING=a<b;e:STRING=;");
+    Zn_VariableList ordered(1);
+    ordered.SetStr(u"z=1 m=2 a=3 z=4");
+    EXPECT_EQ(Show(ordered), "a:INTEGER=3;m:INTEGER=2;z:INTEGER=4;");
     EXPECT_EQ(list.SaveXml(element, 65001), 4);
     EXPECT_EQ(element.children.Count(), 1);
     EXPECT_EQ(Zn_VariableList().SaveXml(element, 0), 0);

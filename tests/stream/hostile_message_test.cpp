@@ -139,7 +139,7 @@ TEST(HostileMessage, TimeGrowsWithTheLength)
     const std::string kBodies[] = {
         numbered("<dataset id='d", "'/>", 30000),
         "<params>" + numbered("<param id='p", "'/>", 30000) + "</params>",
-        "<dataset>" + numbered("<column id='k", "'>1</column>", 20000) + numbered("<colinfo id='c", "'/>", 20000),
+        "<dataset>" + numbered("<column id='k", "'>1</column>", 50000) + numbered("<colinfo id='c", "'/>", 50000),
         repeat("<a>", 300000),
         "<dataset><colinfo id='c'/>" + repeat("<record><c><c>", 60000),
         "<dataset>" + repeat("<record type='u'><org_record>", 60000),
