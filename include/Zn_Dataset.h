@@ -31,6 +31,7 @@
 
 #include <vector>
 
+class Zn_DatasetList;
 class Zn_DatasetXmlReader;
 class Zn_DOMElement;
 class Zn_NamedStrList;
@@ -371,6 +372,26 @@ public:
     int Assign(const Zn_Dataset* other);
     // The same without the row map: every stored row is visible and the filter marks are gone.
     int AssignNF(const Zn_Dataset* other);
+    // Takes over columns, constant columns and rows as they are now, as plain unchanged rows without originals; the own
+    // code page stays. Null clears and returns 0.
+    int Copy(const Zn_Dataset* src, unsigned reserved = 0);
+
+    // ---- Rows of other tables, added behind the own ones; columns match by id, those that the table lacks are left
+    // out. A table without ordinary columns takes the source's. The row map is switched off and groups are made anew.
+    // All return GetRowCount(), 0 for null; a table may be added to itself. Rows and values are shared with the source
+    // where that is said: what is changed in a shared one is changed in both tables, and either may go first.
+
+    // Adds as many rows as the source shows. byName 0, or the same columns in the same places: shares the stored rows
+    // from the first on, types and marks included (with byName, a table without rows copies all of them). Other
+    // columns: new rows share the values, each as it is; when no column matches nothing is added.
+    int Append(const Zn_Dataset* src, int byName, int reserved = 0);
+    // Adds the visible rows of each table of the list, stored as by SetColumnLink: converted to the column's type or
+    // else shared, and tracked. Takes the code page of the list's first table.
+    int AppendData(const Zn_DatasetList* list);
+    // The same for one table, without its code page. Callers rely on a row being added for each stored row of the
+    // source, while its values are those of the visible row of that number. The list form merges each table.
+    int Merge(const Zn_Dataset* src);
+    int Merge(const Zn_DatasetList* list, int reserved = 0);
 
     // ---- XML form. dataMode 0: all rows as they are now; 1: all rows with their changes; 2: the changes only.
 
@@ -466,6 +487,9 @@ private:
     void LinkOriginals();
     Zn_OriginalIndex& Originals();
     void CopyTable(const Zn_Dataset& other);
+    void ShareRows(const Zn_RecList& source, int count);
+    void AppendByName(const Zn_Dataset& src, int count);
+    void ShowAppended();
     void TakeTable(Zn_Dataset& other);
     int LoadOriginal(const Zn_Buffer& in, int offset, Zn_Record& row, int rawRow);
 
