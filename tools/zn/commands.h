@@ -18,6 +18,8 @@ void AddInfo(CLI::App& app, ExitCode& exitCode);
 void AddConvert(CLI::App& app, ExitCode& exitCode);
 void AddEdit(CLI::App& app, ExitCode& exitCode);
 void AddApply(CLI::App& app, ExitCode& exitCode);
+void AddAppend(CLI::App& app, ExitCode& exitCode);
+void AddMerge(CLI::App& app, ExitCode& exitCode);
 void AddReset(CLI::App& app, ExitCode& exitCode);
 void AddAccept(CLI::App& app, ExitCode& exitCode);
 void AddCompress(CLI::App& app, ExitCode& exitCode);

@@ -26,8 +26,9 @@ int Run(int argc, char** argv)
     app.require_subcommand(1);
     app.set_version_flag("--version", "zn " ZN_VERSION);
     app.footer(kFooter);
-    for (const auto add : {AddShow, AddInfo, AddConvert, AddEdit, AddApply, AddReset, AddAccept, AddCompress,
-                           AddDecompress, AddMessage, AddMessages, AddHtml, AddXml, AddConfig, AddSend, AddReceive})
+    for (const auto add :
+         {AddShow, AddInfo, AddConvert, AddEdit, AddApply, AddAppend, AddMerge, AddReset, AddAccept, AddCompress,
+          AddDecompress, AddMessage, AddMessages, AddHtml, AddXml, AddConfig, AddSend, AddReceive})
         add(app, exitCode);
     try {
         app.parse(argc, argv);
