@@ -1,4 +1,5 @@
 // A binary message. One that loads is written in its modes, and what was written loads again.
+#include "edit_tables.h"
 #include "fuzz.h"
 
 #include "Zn_Stream.h"
@@ -23,5 +24,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (int i = 0; i < tables.Count(); ++i)
             Require(mode == 2 || tablesAgain.GetItem(i)->GetRowCount() == tables.GetItem(i)->GetRowCountNF());
     }
+    EditTables(tables);
     return 0;
 }

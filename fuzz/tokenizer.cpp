@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Watcher wide;
     wide.Within(text.GetView());
     const int whole = Zn_SAXIterator(&wide).Parse(text.GetText(), text.GetLength());
-    Zn_XmlDOM document;
+    Zn_XmlDOM document(1, 1, 1);
     Require(document.Load(text.GetText(), text.GetLength()) == whole);
     Zn_Buffer out;
     document.Save(out, 1, 1, 0);

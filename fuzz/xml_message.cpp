@@ -1,4 +1,5 @@
 // An XML message. One that loads is written, and what was written loads again.
+#include "edit_tables.h"
 #include "fuzz.h"
 
 #include "Zn_Stream.h"
@@ -13,5 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Zn_Buffer written;
     Require(ZnXmlStreamSave(variables, tables, written, 65001, nullptr, 1) == written.GetLength());
     ZnXmlStreamLoad(variables, tables, written, codePage);
+    EditTables(tables);
     return 0;
 }

@@ -97,7 +97,8 @@ public:
     // Adds copies; returns the count.
     int Append(const Zn_ColList* other);
 
-    // Appends the binary form (names, types and sizes in definition order) and returns the end offset.
+    // Appends the binary form (names, types and sizes in definition order) and returns the end offset, -1 without
+    // memory.
     int Save(Zn_Buffer& out, unsigned codePage) const;
     // Empties the list and reads that form at offset; returns the offset behind it, -1 for a wrong marker. Data cut
     // short gives the buffer's length and leaves the columns read so far.

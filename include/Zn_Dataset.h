@@ -485,6 +485,7 @@ private:
     bool MoveToOriginals(Zn_Record& row, int orgIdx);
     void ForgetOriginals();
     void LinkOriginals();
+    bool NoteOriginal(bool deleted) noexcept;
     Zn_OriginalIndex& Originals();
     void CopyTable(const Zn_Dataset& other);
     void ShareRows(const Zn_RecList& source, int count);

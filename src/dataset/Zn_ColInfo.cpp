@@ -3,6 +3,7 @@
 #include "Zn_AString.h"
 #include "dataset/column_order.h"
 #include "foundation/byte_writer.h"
+#include "foundation/vector_list.h"
 
 #include <iterator>
 
@@ -161,6 +162,9 @@ const char16_t* Zn_ColList::GetTypeStr(int code) noexcept
 
 int Zn_ColList::Save(Zn_Buffer& out, unsigned codePage) const
 {
+    std::vector<const Zn_ColInfo*> ordered;
+    if (!zn::Guarded([&] { ordered = zn::ColumnsInDefinitionOrder(*this); }))
+        return -1;
     zn::ByteWriter writer(out, codePage);
     writer.Put16(kMarker);
     writer.Put16(kVersion);
@@ -170,7 +174,7 @@ int Zn_ColList::Save(Zn_Buffer& out, unsigned codePage) const
         column.type = 0;
         return column;
     }();
-    for (const Zn_ColInfo* column : zn::ColumnsInDefinitionOrder(*this)) {
+    for (const Zn_ColInfo* column : ordered) {
         if (!column)
             column = &missing;
         writer.PutText(column->id);

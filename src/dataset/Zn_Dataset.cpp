@@ -4,6 +4,7 @@
 
 #include "Zn_CodePage.h"
 #include "dataset/original_index.h"
+#include "foundation/vector_list.h"
 
 namespace {
 
@@ -237,7 +238,8 @@ void Zn_Dataset::CopyTable(const Zn_Dataset& other)
     rows_.Assign(&other.rows_);
     orgBuffer_.Assign(&other.orgBuffer_);
     insertCount_ = other.insertCount_;
-    LinkOriginals();
+    if (!zn::Guarded([this] { LinkOriginals(); }))
+        ClearAll();
 }
 
 int Zn_Dataset::Assign(const Zn_Dataset* other)

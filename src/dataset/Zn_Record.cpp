@@ -3,6 +3,7 @@
 #include "dataset/original_index.h"
 #include "dataset/record_builder.h"
 #include "foundation/byte_writer.h"
+#include "foundation/vector_list.h"
 
 #include <algorithm>
 #include <iterator>
@@ -113,8 +114,14 @@ constexpr int kHeadSize = 6;
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
 {
     const Zn_Buffer kept(in); // it may be one of the values, which go
-    zn::RecordBuilder values;
-    return LoadFrom(kept, offset, codePage, values);
+    const bool hasRoom = zn::Guarded([&] {
+        zn::RecordBuilder values;
+        offset = LoadFrom(kept, offset, codePage, values);
+    });
+    if (hasRoom)
+        return offset;
+    Clear();
+    return -1;
 }
 
 int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::RecordBuilder& values)

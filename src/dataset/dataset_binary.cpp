@@ -5,6 +5,7 @@
 #include "dataset/original_index.h"
 #include "dataset/record_builder.h"
 #include "foundation/byte_writer.h"
+#include "foundation/vector_list.h"
 
 #include <algorithm>
 #include <vector>
@@ -24,7 +25,11 @@ bool IsChanged(const Zn_Record& row)
 
 int Zn_Dataset::Save(Zn_Buffer& out, int mode) const
 {
-    SaveHead(out);
+    const int start = out.GetLength();
+    if (SaveHead(out) < 0) {
+        out.SetSize(start);
+        return -1;
+    }
     SaveData(out, mode);
     if (mode == 1 || mode == 2)
         SaveDeleteData(out);
@@ -98,16 +103,25 @@ int Zn_Dataset::Load(const Zn_Buffer& source, int offset)
     if (offset < 0)
         return offset;
     int count = 0;
-    do
-        offset = LoadData(in, offset, count);
-    while (count > 0 && offset > 0 && offset < in.GetLength());
+    const bool hasRoom = zn::Guarded([&] {
+        do
+            offset = LoadData(in, offset, count);
+        while (count > 0 && offset > 0 && offset < in.GetLength());
+    });
+    if (!hasRoom) {
+        ClearAll();
+        return -1;
+    }
     Regroup();
     return offset;
 }
 
 int Zn_Dataset::LoadNext(const Zn_Buffer& in, int offset, int& count)
 {
-    offset = LoadData(in, offset, count);
+    if (!zn::Guarded([&] { offset = LoadData(in, offset, count); })) {
+        ClearAll();
+        offset = -1;
+    }
     rowMap_.Clear();
     rowMapActive_ = 0;
     Regroup();
@@ -161,10 +175,10 @@ int Zn_Dataset::LoadData(const Zn_Buffer& in, int offset, int& count)
         offset = row->LoadFrom(in, offset, codePage_, values);
         if (offset >= 0 && row->GetType() == Zn_Record::Updated)
             offset = LoadOriginal(in, offset, *row, rawRow);
-        if (offset < 0) {
+        if (offset < 0)
             ClearAll();
+        if (offset <= 0)
             return offset;
-        }
         if (row->GetType() == Zn_Record::Deleted) {
             if (!MoveToOriginals(*row, row->GetOrgIdx()))
                 return 0;
@@ -185,7 +199,8 @@ int Zn_Dataset::LoadOriginal(const Zn_Buffer& in, int offset, Zn_Record& row, in
         return 0;
     offset = original->Load(in, offset, codePage_);
     original->SetOrgIdx(rawRow);
-    Originals().Append(original->GetType() == Zn_Record::Deleted);
+    if (!NoteOriginal(original->GetType() == Zn_Record::Deleted))
+        return 0;
     Originals().Link(row, place);
     return offset;
 }

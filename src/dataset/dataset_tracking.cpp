@@ -5,6 +5,7 @@
 
 #include "dataset/original_index.h"
 #include "dataset/row_map.h"
+#include "foundation/vector_list.h"
 
 #include <utility>
 #include <vector>
@@ -167,17 +168,25 @@ Zn_OriginalIndex& Zn_Dataset::Originals()
     return *originals_;
 }
 
+// Counts the original that was just put at the end of the buffer; false, and it is gone, when there is no memory.
+bool Zn_Dataset::NoteOriginal(bool deleted) noexcept
+{
+    if (zn::Guarded([&] { Originals().Append(deleted); }))
+        return true;
+    orgBuffer_.Delete(orgBuffer_.Count() - 1);
+    return false;
+}
+
 // Takes a copy of a normal row before its first change.
 bool Zn_Dataset::KeepOriginal(Zn_Record& row)
 {
     const int typeBefore = row.GetType();
     row.SetType(Zn_Record::Updated);
     const int place = orgBuffer_.Add(&row);
-    if (place < 0) {
+    if (place < 0 || !NoteOriginal(false)) {
         row.SetType(typeBefore);
         return false;
     }
-    Originals().Append(false);
     Originals().Link(row, place);
     return true;
 }
@@ -196,7 +205,7 @@ void Zn_Dataset::DropOriginal(Zn_Record& row)
     if (orgBuffer_.Count() == 0 && !originals.HasPlainLinks())
         originals.Clear();
     else if (originals.IsWorn(rows_.Count()))
-        RenumberOriginals();
+        zn::Guarded([this] { RenumberOriginals(); }); // the old keys do without it
 }
 
 void Zn_Dataset::LowerPlainLinks(int place)
@@ -286,11 +295,10 @@ void Zn_Dataset::DeleteOriginal(const Zn_Record& row)
 // Shares a row with the buffer of originals as a deleted one that knows where it stood, -1 for nowhere.
 bool Zn_Dataset::MoveToOriginals(Zn_Record& row, int orgIdx)
 {
-    if (orgBuffer_.AddLink(&row) < 0)
+    if (orgBuffer_.AddLink(&row) < 0 || !NoteOriginal(true))
         return false;
     row.SetOrgIdx(orgIdx);
     row.SetType(Zn_Record::Deleted);
-    Originals().Append(true);
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "Zn_XmlDOM.h"
 #include "dataset/dataset_xml_reader.h"
 #include "dataset/dataset_xml_writer.h"
+#include "foundation/vector_list.h"
 #include "markup/dom_builder.h"
 #include "markup/first_text.h"
 #include "stream/variable_xml_writer.h"
@@ -21,16 +22,16 @@ int Zn_Dataset::SaveDataXml(Zn_Buffer& out, int format, int headMode, int dataMo
 
 int Zn_Dataset::SaveDataXml(Zn_DOMElement& parent, int headMode, int dataMode) const
 {
-    const int place = SaveXmlHead(parent, headMode);
-    if (place < 0)
-        return place;
-    Zn_DOMElement* element = parent.children.GetSafeItem(place);
-    if (!element)
-        return -1;
-    int count = SaveXmlData(*element, dataMode);
-    if (dataMode == 1 || dataMode == 2)
-        count += SaveXmlDeleteData(*element);
-    return count;
+    int count = -1;
+    const bool hasRoom = zn::Guarded([&] {
+        Zn_DOMElement* element = parent.children.GetSafeItem(SaveXmlHead(parent, headMode));
+        if (!element)
+            return;
+        count = SaveXmlData(*element, dataMode);
+        if (dataMode == 1 || dataMode == 2)
+            count += SaveXmlDeleteData(*element);
+    });
+    return hasRoom ? count : -1;
 }
 
 int Zn_Dataset::SaveXmlHead(Zn_DOMElement& parent, int headMode) const
@@ -120,17 +121,23 @@ int Zn_Dataset::LoadDataXml(const Zn_DOMElement& element, int clear)
 {
     if (clear)
         ClearAll();
-    Zn_DatasetXmlReader reader(*this);
-    if (zn_iequal(element.tag, u"dataset"))
-        reader.Begin(element.attributes);
-    for (const Zn_DOMElement& child : element.children) {
-        if (zn_iequal(child.tag, u"column"))
-            reader.ConstColumn(child.attributes, zn::FirstText(child));
-        else if (zn_iequal(child.tag, u"colinfo"))
-            reader.Column(child.attributes);
-        else if (zn_iequal(child.tag, u"record") && child.IsHaveChild())
-            ReadRecord(reader, child);
-    }
+    bool isWhole = false;
+    const bool hasRoom = zn::Guarded([&] {
+        Zn_DatasetXmlReader reader(*this);
+        if (zn_iequal(element.tag, u"dataset"))
+            reader.Begin(element.attributes);
+        for (const Zn_DOMElement& child : element.children) {
+            if (zn_iequal(child.tag, u"column"))
+                reader.ConstColumn(child.attributes, zn::FirstText(child));
+            else if (zn_iequal(child.tag, u"colinfo"))
+                reader.Column(child.attributes);
+            else if (zn_iequal(child.tag, u"record") && child.IsHaveChild())
+                ReadRecord(reader, child);
+        }
+        isWhole = !reader.IsOverdrawn();
+    });
+    if (!hasRoom)
+        ClearAll();
     Regroup();
-    return reader.IsOverdrawn() ? -1 : GetRowCount();
+    return isWhole ? GetRowCount() : -1;
 }

@@ -128,13 +128,12 @@ bool Zn_DatasetXmlReader::BeginOriginal()
     Zn_RecList& originals = dataset_.orgBuffer_;
     Zn_Record* fresh = originals.NewItem();
     const int place = fresh ? originals.AddLink(fresh) : -1;
-    if (place < 0)
+    if (place < 0 || !dataset_.NoteOriginal(false))
         return false;
     original_ = fresh;
     original_->SetType(row_->GetType());
     original_->SetOrgIdx(rawRow_);
     originalValues_.Begin(static_cast<int>(columns_.size()));
-    dataset_.Originals().Append(false);
     dataset_.Originals().Link(*row_, place);
     return true;
 }

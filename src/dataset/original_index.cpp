@@ -51,8 +51,16 @@ void Zn_OriginalIndex::Release() noexcept
         delete this;
 }
 
+void Zn_OriginalIndex::BitSums::MakeRoom()
+{
+    if (tree_.size() == tree_.capacity())
+        tree_.reserve(2 * tree_.size() + 16);
+}
+
 void Zn_OriginalIndex::Append(bool deleted)
 {
+    alive_.MakeRoom(); // both or neither grow
+    deleted_.MakeRoom();
     alive_.Append(1);
     deleted_.Append(deleted ? 1 : 0);
     ++count_;

@@ -52,6 +52,8 @@ private:
     // Sums over a growing array of 0 and 1 (a Fenwick tree).
     class BitSums {
     public:
+        // Makes room for one more; all that can want memory.
+        void MakeRoom();
         void Append(int bit);
         void Add(int key, int delta) noexcept;
         int SumBefore(int key) const noexcept;

@@ -206,6 +206,8 @@ private:
         if (!inTag_)
             return;
         inTag_ = false;
+        if (open_.IsEmpty()) // there was no memory for it
+            return;
         const int kind = open_.Top().kind;
         if (kind == Zn_DOMElement::ProcInstr)
             output_.PutAscii("?>");

@@ -17,8 +17,12 @@ int ZnBinStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, 
     out.Release();
     zn::AppendBe16(out, static_cast<std::uint16_t>(datasets.Count() + 1));
     variables.Save(out, kVariablesCodePage);
-    for (const Zn_Dataset& dataset : datasets)
-        dataset.Save(out, option);
+    for (const Zn_Dataset& dataset : datasets) {
+        if (dataset.Save(out, option) < 0) {
+            out.Release();
+            return -1;
+        }
+    }
     return out.GetLength();
 }
 

@@ -10,6 +10,7 @@
 #include "dataset/dataset_xml_reader.h"
 #include "foundation/encoding.h"
 #include "foundation/id_index.h"
+#include "foundation/vector_list.h"
 #include "foundation/xml_escape.h"
 #include "markup/charset_declaration.h"
 #include "markup/tokenizer.h"
@@ -395,12 +396,17 @@ std::u16string DecodeDocument(const Zn_Buffer& in)
 
 int ZnXmlStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& in, unsigned& codePage)
 {
-    const std::u16string text = DecodeDocument(in); // first: it may be a value in one of the lists
-    variables.ReleaseList();
-    datasets.ReleaseList();
-    MessageReader reader(variables, datasets);
-    zn::Tokenizer<MessageReader>(reader).Parse(text);
-    reader.Finish();
-    codePage = reader.CodePage();
-    return reader.IsGood() ? datasets.Count() : -1;
+    bool isGood = false;
+    codePage = ZnGetLocaleCP();
+    const bool hasRoom = zn::Guarded([&] {
+        const std::u16string text = DecodeDocument(in); // first: it may be a value in one of the lists
+        variables.ReleaseList();
+        datasets.ReleaseList();
+        MessageReader reader(variables, datasets);
+        zn::Tokenizer<MessageReader>(reader).Parse(text);
+        reader.Finish();
+        codePage = reader.CodePage();
+        isGood = reader.IsGood();
+    });
+    return hasRoom && isGood ? datasets.Count() : -1;
 }

@@ -4,6 +4,7 @@
 #include "Zn_Stream.h"
 
 #include "dataset/dataset_access.h"
+#include "foundation/vector_list.h"
 #include "markup/markup_writer.h"
 #include "stream/variable_xml_writer.h"
 
@@ -32,8 +33,11 @@ int ZnXmlStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, 
 {
     out.Release();
     const Zn_WString charset = charsetName ? Zn_WString(charsetName) : Zn_WString(zn_findcharset(codePage), -1, 0);
-    const bool written = zn::WriteMarkup(out, codePage, zn::Missing::XmlReference, [&](auto& output) {
-        WriteMessage(output, variables, datasets, charset.GetView(), codePage, option);
+    bool isWritten = false;
+    const bool hasRoom = zn::Guarded([&] {
+        isWritten = zn::WriteMarkup(out, codePage, zn::Missing::XmlReference, [&](auto& output) {
+            WriteMessage(output, variables, datasets, charset.GetView(), codePage, option);
+        });
     });
-    return written ? out.GetLength() : -1;
+    return hasRoom && isWritten ? out.GetLength() : -1;
 }

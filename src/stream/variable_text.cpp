@@ -4,6 +4,7 @@
 
 #include "Zn_DOMElement.h"
 #include "foundation/number_text.h"
+#include "foundation/vector_list.h"
 #include "markup/dom_builder.h"
 #include "markup/first_text.h"
 #include "markup/name_values.h"
@@ -32,10 +33,13 @@ int Zn_VariableList::SetStr(const char16_t* text)
     if (!text)
         return -1;
     Zn_VariableList read(GetOption()); // the text may be one of the values
-    zn::VariableFiller variables(read);
-    zn::ReadNameValues(text, [&](const zn::NameValue& pair) { variables.Put(Zn_WString(pair.name), ValueOf(pair)); });
+    const bool hasRoom = zn::Guarded([&] {
+        zn::VariableFiller variables(read);
+        const auto put = [&](const zn::NameValue& pair) { variables.Put(Zn_WString(pair.name), ValueOf(pair)); };
+        zn::ReadNameValues(text, put);
+    });
     *this = std::move(read);
-    return Count();
+    return hasRoom ? Count() : -1;
 }
 
 int Zn_VariableList::SaveXml(Zn_Buffer& out, int, unsigned codePage) const
@@ -58,23 +62,27 @@ int Zn_VariableList::SaveXml(Zn_Buffer& out, int, unsigned codePage) const
 int Zn_VariableList::SaveXml(Zn_DOMElement& element, int withDeclaration) const
 {
     element.Clear();
-    zn::DomBuilder builder(element.children);
-    if (withDeclaration == 1)
-        zn::WriteLocaleXmlDeclaration(builder);
-    zn::WriteVariables(*this, builder);
-    return Count();
+    const bool hasRoom = zn::Guarded([&] {
+        zn::DomBuilder builder(element.children);
+        if (withDeclaration == 1)
+            zn::WriteLocaleXmlDeclaration(builder);
+        zn::WriteVariables(*this, builder);
+    });
+    return hasRoom ? Count() : -1;
 }
 
 int Zn_VariableList::LoadXml(const Zn_DOMElement& params, int clear)
 {
     if (clear)
         ReleaseList();
-    zn::VariableXmlReader reader(*this);
-    for (const Zn_DOMElement& child : params.children) {
-        if (zn_iequal(child.tag, u"param"))
-            reader.Param(child.attributes, zn::FirstText(child));
-    }
-    return Count();
+    const bool hasRoom = zn::Guarded([&] {
+        zn::VariableXmlReader reader(*this);
+        for (const Zn_DOMElement& child : params.children) {
+            if (zn_iequal(child.tag, u"param"))
+                reader.Param(child.attributes, zn::FirstText(child));
+        }
+    });
+    return hasRoom ? Count() : -1;
 }
 
 void zn::VariableXmlReader::Param(const Zn_NamedStrList& attributes, std::u16string_view text)

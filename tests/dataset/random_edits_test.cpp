@@ -118,22 +118,3 @@ TEST(RandomEdits, AgreeWithThePlainRules)
         }
     }
 }
-
-TEST(RandomEdits, ResetOfUpdatesAloneGivesTheTableBack)
-{
-    Zn_Dataset table = MakeTable(200);
-    const std::string before = StateOf(table);
-    std::mt19937 random(7);
-    for (int i = 0; i < 2000; ++i) {
-        const int row = static_cast<int>(random() % 200);
-        table.SetColumn(row, static_cast<int>(random() % 3), static_cast<int>(random() % 3));
-    }
-    for (int row = 199; row >= 0; row -= 3) {
-        if (table.GetRowType(row) == Zn_Record::Normal)
-            table.DeleteRow(row);
-    }
-    EXPECT_NE(StateOf(table), before);
-    table.Reset();
-    EXPECT_EQ(table.GetRowCount(), 200);
-    EXPECT_EQ(table.IsUpdated(), 0);
-}
