@@ -38,11 +38,11 @@ public:
     int SetThreadParam(void* param) noexcept;
 
     // The suspend count before the call, all bits set on failure. The thread runs while its count is 0; it may be 127.
-    std::uint32_t SuspendThread() noexcept;
-    std::uint32_t ResumeThread() noexcept;
+    std::uint32_t SuspendThread() const noexcept;
+    std::uint32_t ResumeThread() const noexcept;
     // Waits until the thread ends, without limit, and returns 0. When it can't wait, it terminates the thread and
     // returns what the wait gave: -1, also without a handle.
-    int WaitThread() noexcept;
+    int WaitThread() const noexcept;
     // Ends the thread where it stands and closes the handle; 0, also without a handle. -1 with the system's error in
     // lastError when it can't; the handle is forgotten, and not closed, then too.
     int TerminateThread() noexcept;

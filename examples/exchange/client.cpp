@@ -8,7 +8,7 @@
 #include "messages.h"
 
 #include <cstdio>
-#include <cstdlib>
+#include <iostream>
 
 namespace {
 
@@ -167,9 +167,9 @@ bool Run(Client& client, const char* saved)
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::fprintf(stderr, "exchange_client HOST PORT SAVED\n");
+        std::cerr << "exchange_client HOST PORT SAVED\n";
         return 2;
     }
-    Client client(argv[1], std::atoi(argv[2]));
+    Client client(argv[1], Zn_AString(argv[2]).ToInteger());
     return Run(client, argv[3]) ? 0 : 1;
 }

@@ -7,7 +7,7 @@
 #include "store.h"
 
 #include <cstdio>
-#include <cstdlib>
+#include <iostream>
 #include <list>
 
 namespace {
@@ -33,7 +33,7 @@ int Run(exchange::Store& store, int port, int connections)
     if (listener.Create(port, kLoopback, kLinger) != 0)
         return listener.lastError;
     std::printf("port %d\n", listener.GetLocalPort());
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
     std::list<Visitor> visitors;
     for (int n = 0; n < connections; ++n) {
         Zn_WString peer;
@@ -56,17 +56,17 @@ int Run(exchange::Store& store, int port, int connections)
 int main(int argc, char** argv)
 {
     if (argc != 5) {
-        std::fprintf(stderr, "exchange_server STORE PORT CONNECTIONS SAVED\n");
+        std::cerr << "exchange_server STORE PORT CONNECTIONS SAVED\n";
         return 2;
     }
     Zn_Buffer bytes;
     exchange::Store store;
     if (!exchange::ReadFile(argv[1], bytes) || !store.Load(bytes)) {
-        std::fprintf(stderr, "%s can't be read\n", argv[1]);
+        std::cerr << argv[1] << " can't be read\n";
         return 1;
     }
-    if (const int error = Run(store, std::atoi(argv[2]), std::atoi(argv[3]))) {
-        std::fprintf(stderr, "port %s: %s\n", argv[2], ZnSysErrorStr(error).ToUtf8().c_str());
+    if (const int error = Run(store, Zn_AString(argv[2]).ToInteger(), Zn_AString(argv[3]).ToInteger())) {
+        std::cerr << "port " << argv[2] << ": " << ZnSysErrorStr(error).ToUtf8() << "\n";
         return 1;
     }
     return exchange::WriteFile(argv[4], store.Save()) ? 0 : 1;

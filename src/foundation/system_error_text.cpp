@@ -33,6 +33,7 @@ constexpr ErrorText kTexts[] = {
     {123, u"The name is not valid."},
     {131, u"The file position is before the start of the file."},
     {145, u"The folder is not empty."},
+    {156, u"The thread is suspended too many times."},
     {183, u"The file or folder already exists."},
     {206, u"The name is too long."},
     {223, u"The file is too large."},
@@ -43,6 +44,7 @@ constexpr ErrorText kTexts[] = {
     {1117, u"The device reported an input or output error."},
     {10004, u"The call was interrupted."},
     {10013, u"Access to the socket is denied."},
+    {10014, u"The memory cannot be accessed."},
     {10022, u"The call does not suit the state of the socket."},
     {10024, u"Too many sockets are open."},
     {10035, u"The socket has nothing to give or take at the moment."},
@@ -65,6 +67,7 @@ constexpr ErrorText kTexts[] = {
     {10065, u"The host cannot be reached."},
     {11001, u"The host is unknown."},
     {11002, u"The name server gave no answer."},
+    {11003, u"The name server failed."},
 };
 static_assert(std::ranges::is_sorted(kTexts, {}, &ErrorText::number));
 

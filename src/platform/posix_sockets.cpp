@@ -301,8 +301,8 @@ int SendBytes(Socket socket, std::span<const unsigned char> first, std::span<con
 {
     std::array<unsigned char, kJoined> joined;
     if (first.size() + second.size() <= joined.size()) { // cheaper to copy than to have them gathered
-        const auto middle = std::copy(first.begin(), first.end(), joined.begin());
-        std::copy(second.begin(), second.end(), middle);
+        std::copy(first.begin(), first.end(), joined.data());
+        std::copy(second.begin(), second.end(), joined.data() + first.size());
         first = {joined.data(), first.size() + second.size()};
         second = {};
     }
@@ -335,6 +335,7 @@ int SendDatagram(Socket socket, std::span<const unsigned char> data, Endpoint to
     return SendTo(socket, data, AddressOf(to));
 }
 
+// The system writes through the piece: NOLINTNEXTLINE(readability-non-const-parameter)
 int ReceiveDatagram(Socket socket, unsigned char* out, int room, int timeoutSeconds, Endpoint& from) noexcept
 {
     sockaddr_in address{};

@@ -77,7 +77,7 @@ public:
         const std::lock_guard guard(lock_);
         threads_.emplace(last_ + 4, thread);
         last_ += 4;
-        return reinterpret_cast<ThreadHandle>(last_);
+        return reinterpret_cast<ThreadHandle>(last_); // NOLINT(performance-no-int-to-ptr): a number, never followed
     }
 
     std::shared_ptr<Thread> Find(ThreadHandle handle) noexcept

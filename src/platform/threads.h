@@ -17,21 +17,21 @@ inline constexpr std::uint32_t kThreadFailed = 0xFFFFFFFF;
 
 // A thread with the default stack that runs func(param) at once; null when the system gives none.
 ThreadHandle StartThread(ThreadFunction func, void* param) noexcept;
-bool CloseThread(ThreadHandle thread) noexcept;
+bool CloseThread(ThreadHandle handle) noexcept;
 
 // Both give the suspend count before the call. A thread runs while its count is 0; the count goes to 127, and one more
 // fails with error 156. When SuspendThread returns, another thread has stopped; for the caller's own thread it returns
 // when that is resumed. The thread stops wherever it is, with the locks it holds. A thread that has ended fails with
 // error 5, resuming it gives 0.
-std::uint32_t SuspendThread(ThreadHandle thread) noexcept;
-std::uint32_t ResumeThread(ThreadHandle thread) noexcept;
+std::uint32_t SuspendThread(ThreadHandle handle) noexcept;
+std::uint32_t ResumeThread(ThreadHandle handle) noexcept;
 
 // Returns 0 when the thread has ended, however long that takes.
-std::uint32_t WaitThread(ThreadHandle thread) noexcept;
+std::uint32_t WaitThread(ThreadHandle handle) noexcept;
 
 // Ends a thread wherever it is, suspended or not, and returns when it runs its function no more. Nothing is unwound: no
 // destructor runs, memory stays allocated, locks stay locked - those inside the heap or a stream too. Does nothing to a
 // thread that has ended, and does not return in the thread that it ends.
-bool TerminateThread(ThreadHandle thread) noexcept;
+bool TerminateThread(ThreadHandle handle) noexcept;
 
 } // namespace zn::platform

@@ -35,34 +35,34 @@ ThreadHandle StartThread(ThreadFunction func, void* param) noexcept
     return thread;
 }
 
-bool CloseThread(ThreadHandle thread) noexcept
+bool CloseThread(ThreadHandle handle) noexcept
 {
-    return ::CloseHandle(thread) != 0;
+    return ::CloseHandle(handle) != 0;
 }
 
-std::uint32_t SuspendThread(ThreadHandle thread) noexcept
+std::uint32_t SuspendThread(ThreadHandle handle) noexcept
 {
-    const DWORD before = ::SuspendThread(thread);
+    const DWORD before = ::SuspendThread(handle);
     CONTEXT context{};
     context.ContextFlags = CONTEXT_CONTROL;
     if (before != kThreadFailed)
-        ::GetThreadContext(thread, &context); // returns when the thread has stopped
+        ::GetThreadContext(handle, &context); // returns when the thread has stopped
     return before;
 }
 
-std::uint32_t ResumeThread(ThreadHandle thread) noexcept
+std::uint32_t ResumeThread(ThreadHandle handle) noexcept
 {
-    return ::ResumeThread(thread);
+    return ::ResumeThread(handle);
 }
 
-std::uint32_t WaitThread(ThreadHandle thread) noexcept
+std::uint32_t WaitThread(ThreadHandle handle) noexcept
 {
-    return ::WaitForSingleObject(thread, INFINITE);
+    return ::WaitForSingleObject(handle, INFINITE);
 }
 
-bool TerminateThread(ThreadHandle thread) noexcept
+bool TerminateThread(ThreadHandle handle) noexcept
 {
-    return ::TerminateThread(thread, 0) != 0 && ::WaitForSingleObject(thread, INFINITE) == WAIT_OBJECT_0;
+    return ::TerminateThread(handle, 0) != 0 && ::WaitForSingleObject(handle, INFINITE) == WAIT_OBJECT_0;
 }
 
 } // namespace zn::platform

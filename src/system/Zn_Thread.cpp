@@ -103,17 +103,17 @@ int Zn_Thread::SetThreadParam(void* param) noexcept
     return 0;
 }
 
-std::uint32_t Zn_Thread::SuspendThread() noexcept
+std::uint32_t Zn_Thread::SuspendThread() const noexcept
 {
     return platform::SuspendThread(handle);
 }
 
-std::uint32_t Zn_Thread::ResumeThread() noexcept
+std::uint32_t Zn_Thread::ResumeThread() const noexcept
 {
     return platform::ResumeThread(handle);
 }
 
-int Zn_Thread::WaitThread() noexcept
+int Zn_Thread::WaitThread() const noexcept
 {
     const std::uint32_t result = platform::WaitThread(handle);
     if (result != 0)

@@ -139,6 +139,7 @@ TEST_F(UdpSocket, WhatFails)
     EXPECT_EQ(socket.lastError, 10060);
     EXPECT_GE(time.Seconds(), 1.0);
     EXPECT_LT(time.Seconds(), 3.0);
+    EXPECT_EQ(in.GetLength(), 40'960); // as it was made for the call
     socket.SetTargetAddr(u"");
     EXPECT_EQ(socket.SendPacket(BytesOf("x"), -1), -1);
     EXPECT_EQ(socket.lastError, 11001);

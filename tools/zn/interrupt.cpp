@@ -15,7 +15,7 @@ static_assert(std::atomic<bool>::is_always_lock_free);
 
 void End(int number)
 {
-    std::signal(number, End); // where it was taken back
+    static_cast<void>(std::signal(number, End)); // where it was taken back
     wanted = true;
     if (!finishing)
         std::_Exit(kInterrupted);
@@ -25,14 +25,14 @@ void End(int number)
 
 Interruptible::Interruptible()
 {
-    std::signal(SIGINT, End);
-    std::signal(SIGTERM, End);
+    static_cast<void>(std::signal(SIGINT, End));
+    static_cast<void>(std::signal(SIGTERM, End));
 }
 
 Interruptible::~Interruptible()
 {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    static_cast<void>(std::signal(SIGINT, SIG_DFL));
+    static_cast<void>(std::signal(SIGTERM, SIG_DFL));
 }
 
 Finish::Finish()
