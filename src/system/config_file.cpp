@@ -103,7 +103,7 @@ Zn_WString FindDifference(const Zn_ConfigSectionList& list, const Zn_ConfigSecti
     for (int i = 0; i < list.Count(); ++i) {
         const Zn_ConfigSection& section = *list.GetItemNN(i);
         const Zn_ConfigSection& other = *back.GetItemNN(i);
-        const Zn_WString place = Zn_WString(u"[") + section.id + Zn_WString(u"]");
+        Zn_WString place = Zn_WString(u"[") + section.id + Zn_WString(u"]");
         if (i >= back.Count() || section.id != other.id)
             return place;
         for (int k = 0; k < section.Count(); ++k) {

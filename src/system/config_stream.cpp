@@ -113,9 +113,8 @@ int Zn_ConfigSectionList::SaveToStream(Zn_Buffer& out) const
 
 int Zn_ConfigSectionList::LoadFromStream(const Zn_Buffer& in)
 {
-    const Zn_Buffer kept = in;
     Clear();
-    StreamReader reader(kept.GetSpan());
+    StreamReader reader(in.GetSpan());
     zn::ConfigBuilder builder(*this);
     Zn_WString name;
     while (ReadSection(reader, builder, name)) {
