@@ -44,7 +44,7 @@ TEST(File, ModesTable)
         EXPECT_EQ(file.lastError, row.error);
         EXPECT_EQ(file.IsOpen(), row.error == 0);
         if (row.error == 0) {
-            EXPECT_EQ(file.fileName, scratch.Path(u"f"));
+            EXPECT_TRUE(std::filesystem::path(file.fileName.GetView()) == scratch / "f");
             char buffer[11];
             int length = 10;
             EXPECT_EQ(file.Read(buffer, length, 0), row.read ? static_cast<int>(std::strlen(row.read)) : -1);
@@ -78,7 +78,6 @@ TEST(File, WhatCanNotBeOpened)
     const Scratch scratch;
     scratch.Put("f", "old");
     std::filesystem::create_directory(scratch / "folder");
-    const Zn_WString here = scratch.Path();
     const struct {
         Zn_WString path;
         int flags;
@@ -334,7 +333,7 @@ TEST(File, MakesFoldersWithTheirParents)
     EXPECT_EQ(Zn_File::MakeDir(u""), 0) << "no separator: nothing to complain about";
     EXPECT_EQ(Zn_File::MakeDir(nullptr), kNotMade);
     std::u16string deep(scratch.Path());
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 50; ++i)
         deep += u"/x";
     EXPECT_EQ(Zn_File::MakeDir(deep.c_str()), 0);
 }

@@ -23,7 +23,11 @@ public:
         std::filesystem::remove_all(folder_, ignored);
     }
 
-    std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
+    // Names are UTF-8.
+    std::filesystem::path operator/(const std::string& name) const
+    {
+        return folder_ / std::u8string(name.begin(), name.end());
+    }
     // The path of a name in this folder as callers of the library write it.
     Zn_WString Path(std::u16string_view name = {}) const
     {
@@ -33,11 +37,11 @@ public:
 
     void Put(const std::string& name, std::string_view bytes) const
     {
-        std::ofstream(folder_ / name, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        std::ofstream(*this / name, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     }
     std::string Get(const std::string& name) const
     {
-        std::ifstream in(folder_ / name, std::ios::binary);
+        std::ifstream in(*this / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
     }
     std::size_t CountFiles() const
