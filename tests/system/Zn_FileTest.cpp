@@ -1,3 +1,7 @@
+#if defined(_WIN32)
+#    include <windows.h> // what FILETIME is there
+#endif
+
 #include "Zn_File.h"
 
 #include "Zn_CodePage.h"
