@@ -57,7 +57,7 @@ int Zn_Dataset::Copy(const Zn_Dataset* src, unsigned)
     if (id_.IsEmpty())
         id_ = src->id_;
     constColumns_.Assign(&src->constColumns_);
-    columns_.Assign(&src->columns_);
+    columns_.TakePlaces(src->columns_);
     rows_.Assign(&src->rows_);
     // Callers rely on inserted rows staying inserted when the source shows no other change and has no row map.
     const bool settles = src->orgBuffer_.Count() > 0 || src->rowMapActive_;

@@ -13,23 +13,59 @@ SortedWindow::SortedWindow() noexcept
         nodes_[end] = {static_cast<Link>(end), static_cast<Link>(end), 0}; // older than every string
 }
 
-int SortedWindow::MatchPosition() const noexcept
+int SortedWindow::MatchPosition() noexcept
 {
-    int oldest = akin_;
     if (common_ == kLongestMatch)
-        return oldest;
+        return akin_;
+    if ((kept_ >> common_ & 1) != 0 && Compare(text_ + last_, oldest_[common_]).common >= common_)
+        return oldest_[common_];
+    int oldest = akin_;
+    int steps = 0;
     const auto consider = [&](int node) {
         if (IsEnd(node) || Compare(text_ + last_, node).common < common_)
             return false;
         if (nodes_[node].age < nodes_[oldest].age)
             oldest = node;
+        ++steps;
         return true;
     };
     for (int node = nodes_[last_].before; consider(node);)
         node = nodes_[node].before;
     for (int node = nodes_[last_].after; consider(node);)
         node = nodes_[node].after;
+    if (steps > kStepsToKeep)
+        Keep(common_, oldest);
     return oldest;
+}
+
+void SortedWindow::Keep(int length, int node) noexcept
+{
+    oldest_[length] = static_cast<Link>(node);
+    kept_ |= 1U << length;
+}
+
+void SortedWindow::RekeepReplaced(int old, int node) noexcept
+{
+    for (std::uint32_t left = kept_; left != 0; left &= left - 1) {
+        if (oldest_[std::countr_zero(left)] == old)
+            oldest_[std::countr_zero(left)] = static_cast<Link>(node);
+    }
+}
+
+// New strings are younger than all others, so only an age that is passed on makes another string the oldest.
+void SortedWindow::RekeepRemoved(int node, bool isAgePassedOn) noexcept
+{
+    const int before = nodes_[node].before;
+    for (std::uint32_t left = kept_; left != 0; left &= left - 1) {
+        const int length = std::countr_zero(left);
+        const int kept = oldest_[length];
+        if (kept != node && (!isAgePassedOn || nodes_[kept].age < nodes_[before].age))
+            continue;
+        if (isAgePassedOn && Compare(text_ + before, kept).common >= length)
+            oldest_[length] = static_cast<Link>(before);
+        else if (kept == node)
+            kept_ &= ~(1U << length);
+    }
 }
 
 // From the last signpost that is not larger, or from the small end. A long way gets new signposts, so that walks cost

@@ -51,7 +51,7 @@ public:
     // Of the string inserted last: 0 to 18 bytes.
     int MatchLength() const noexcept { return common_; }
     // Where that match begins; for lengths above 1.
-    int MatchPosition() const noexcept;
+    int MatchPosition() noexcept;
 
 private:
     using Link = std::uint16_t;
@@ -76,9 +76,10 @@ private:
     };
 
     static constexpr Link kNone = 0xFFFF;
-    static constexpr int kEnds = kRingSize; // of the lists of the 256 first bytes: nodes behind those of the ring
-    static constexpr int kStepsBeside = 8;  // from the guessed place, before a search starts
-    static constexpr int kStepsToPost = 48; // of a search, before it sets up a signpost
+    static constexpr int kEnds = kRingSize;  // of the lists of the 256 first bytes: nodes behind those of the ring
+    static constexpr int kStepsBeside = 8;   // from the guessed place, before a search starts
+    static constexpr int kStepsToPost = 48;  // of a search, before it sets up a signpost
+    static constexpr int kStepsToKeep = 256; // of a look for the oldest, before what it finds is kept
 
     static bool IsEnd(int node) noexcept { return node >= kEnds; }
     Comparison Compare(const unsigned char* text, int node) const noexcept;
@@ -86,6 +87,10 @@ private:
     bool WalkDown(const unsigned char* text, Place& place, int steps) const noexcept;
     bool FindBesidePrevious(int position, const unsigned char* text, Place& place) noexcept;
     void FindFromPosts(const unsigned char* text, Place& place) noexcept;
+
+    void Keep(int length, int node) noexcept;
+    void RekeepReplaced(int old, int node) noexcept;
+    void RekeepRemoved(int node, bool isAgePassedOn) noexcept;
 
     int CountPostsUpTo(const unsigned char* text) const noexcept;
     void AddPost(int position) noexcept;
@@ -100,6 +105,11 @@ private:
     int last_ = kNone; // the string inserted last,
     int akin_ = kNone; // the neighbour that shares most with it or that it replaced, if they share two bytes,
     int common_ = 0;   // and how many they share
+
+    // By length, for those in the set: the oldest of the strings that share so many bytes with it. Finding it again
+    // costs as many steps as there are such strings.
+    Link oldest_[kLongestMatch];
+    std::uint32_t kept_ = 0;
 
     // Some strings of the list, in its order. Those of one first byte stand from firstPost_[byte] on.
     Link posts_[kRingSize];
@@ -191,6 +201,8 @@ inline void SortedWindow::Insert(int position, const unsigned char* text) noexce
         akin_ = place.before;
         if (isPost_[place.before])
             HandPostTo(position, place.before);
+        if (kept_ != 0)
+            RekeepReplaced(place.before, position);
         return;
     }
     nodes_[position] = {static_cast<Link>(place.before), static_cast<Link>(place.after), ++clock_};
@@ -209,8 +221,11 @@ inline void SortedWindow::Remove(int position) noexcept
     const Node& self = nodes_[position];
     Node& before = nodes_[self.before];
     Node& after = nodes_[self.after];
-    if (before.age > self.age && after.age > self.age)
+    const bool isAgePassedOn = before.age > self.age && after.age > self.age;
+    if (isAgePassedOn)
         before.age = self.age;
+    if (kept_ != 0)
+        RekeepRemoved(position, isAgePassedOn);
     before.after = self.after;
     after.before = self.before;
     standIn_[position] = kNone;

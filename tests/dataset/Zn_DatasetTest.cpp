@@ -161,7 +161,9 @@ TEST(Dataset, CopiesKeepColumnsWhereTheyAre)
         }
     }
     renamed.GetSafeColInfo(0)->SetId(u"z");
-    const Zn_Dataset ofUnordered(unordered), ofRenamed(renamed);
+    const Zn_Dataset ofUnordered(unordered);
+    Zn_Dataset ofRenamed;
+    ofRenamed.Copy(&renamed, 0);
     EXPECT_EQ(ofUnordered.GetColumn(0, u"c")->ToInteger(), 0);
     EXPECT_EQ(ofUnordered.GetColumn(0, u"a")->ToInteger(), 2);
     EXPECT_EQ(ofRenamed.GetColumn(0, u"z")->ToInteger(), 2);
