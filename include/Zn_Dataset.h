@@ -31,6 +31,9 @@
 
 #include <vector>
 
+namespace zn {
+class SortKey;
+}
 class Zn_DatasetList;
 class Zn_DatasetXmlReader;
 class Zn_DOMElement;
@@ -461,7 +464,7 @@ private:
     int FindVisibleRow(const Zn_WString& colId, Match match) const;
 
     // Views.
-    std::vector<const Zn_Variant*> ColumnValues(int col, int first, int end) const;
+    zn::SortKey ReadKey(int col, bool descending, int lo, int hi) const;
     void ShowUnhidden();
     void HideAllBut(const std::vector<std::int32_t>& shown);
     std::vector<std::int32_t> MapWithGroups(const std::vector<std::int32_t>& groups) const;

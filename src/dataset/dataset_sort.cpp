@@ -3,6 +3,7 @@
 #include "Zn_Dataset.h"
 
 #include "Zn_StrList.h"
+#include "dataset/row_values.h"
 #include "dataset/sort_keys.h"
 #include "dataset/sort_partition.h"
 #include "dataset/sort_ranks.h"
@@ -30,29 +31,51 @@ int DirectionOf(char16_t letter, int otherwise)
     }
 }
 
-template <class Rank>
-std::vector<std::int32_t> OrderOfRanks(const std::vector<std::uint64_t>& ranks)
+using Order = std::vector<std::int32_t>;
+
+// The order of ranks that are 0, 1, 2 ... count - 1, each once; false when they are not.
+bool OrderOfDistinct(const zn::Ranks& ranks, Order& order)
 {
-    zn::RankedRows<Rank> rows(ranks);
-    const int count = static_cast<int>(ranks.size());
-    zn::PartitionSort(rows, count).Run();
-    std::vector<std::int32_t> order(ranks.size());
+    if (ranks.most != ranks.of.size() - 1)
+        return false;
+    order.assign(ranks.of.size(), -1);
+    for (std::size_t row = 0; row < ranks.of.size(); ++row) {
+        std::int32_t& place = order[ranks.of[row]];
+        if (place >= 0)
+            return false;
+        place = static_cast<std::int32_t>(row);
+    }
+    return true;
+}
+
+template <class Rank>
+void OrderOfRanks(const zn::Ranks& ranks, Order& order)
+{
+    zn::RankedRows<Rank> rows(ranks.of);
+    zn::PartitionSort(rows, static_cast<int>(ranks.of.size())).Run();
+    order.resize(ranks.of.size());
     std::transform(rows.Items().begin(), rows.Items().end(), order.begin(),
                    [](const auto& item) { return static_cast<std::int32_t>(item.row); });
-    return order;
 }
 
 // The rows' numbers in their new order.
-std::vector<std::int32_t> SortedOrder(const std::vector<zn::SortKey>& keys)
+Order SortedOrder(const std::vector<zn::SortKey>& keys)
 {
+    Order order;
     if (std::all_of(keys.begin(), keys.end(), [](const zn::SortKey& key) { return key.IsOrder(); })) {
-        std::vector<std::uint64_t> ranks;
-        const std::uint64_t most = zn::MakeRanks(keys, ranks);
-        return most <= UINT32_MAX ? OrderOfRanks<std::uint32_t>(ranks) : OrderOfRanks<std::uint64_t>(ranks);
+        const zn::Ranks ranks = zn::MakeRanks(keys);
+        if (OrderOfDistinct(ranks, order))
+            return order;
+        if (ranks.most <= UINT32_MAX)
+            OrderOfRanks<std::uint32_t>(ranks, order);
+        else
+            OrderOfRanks<std::uint64_t>(ranks, order);
+    } else {
+        zn::KeyedRows rows(keys);
+        zn::PartitionSort(rows, static_cast<int>(rows.Rows().size())).Run();
+        order.assign(rows.Rows().begin(), rows.Rows().end());
     }
-    zn::KeyedRows rows(keys);
-    zn::PartitionSort(rows, static_cast<int>(rows.Rows().size())).Run();
-    return {rows.Rows().begin(), rows.Rows().end()};
+    return order;
 }
 
 } // namespace
@@ -96,12 +119,19 @@ int Zn_Dataset::_CompareRecord(int keys[], int nkeys, int a, int b, int dirs[]) 
     return 0;
 }
 
-std::vector<const Zn_Variant*> Zn_Dataset::ColumnValues(int col, int first, int end) const
+zn::SortKey Zn_Dataset::ReadKey(int col, bool descending, int lo, int hi) const
 {
-    std::vector<const Zn_Variant*> values(static_cast<std::size_t>(end - first));
-    for (int row = first; row < end; ++row)
-        values[static_cast<std::size_t>(row - first)] = GetColumnNF(row, col);
-    return values;
+    zn::SortKey key(static_cast<std::uint32_t>(hi - lo + 1), descending);
+    const auto set = [&key](int k, const Zn_Variant* value) { key.Set(static_cast<std::uint32_t>(k), value); };
+    if (col < columns_.Count()) {
+        zn::ForEachValue(
+            rows_, col, lo, hi + 1, [](int row) { return row; }, set);
+    } else {
+        for (int row = lo; row <= hi; ++row)
+            set(row - lo, GetColumnNF(row, col));
+    }
+    key.Finish();
+    return key;
 }
 
 long Zn_Dataset::_qsort(int keys[], int nkeys, int lo, int hi, int dirs[])
@@ -113,7 +143,7 @@ long Zn_Dataset::_qsort(int keys[], int nkeys, int lo, int hi, int dirs[])
                             std::vector<zn::SortKey> read;
                             for (int k = 0; k < nkeys; ++k) {
                                 if (keys[k] != -1)
-                                    read.emplace_back(ColumnValues(keys[k], lo, hi + 1), dirs[k] < 0);
+                                    read.push_back(ReadKey(keys[k], dirs[k] < 0, lo, hi));
                             }
                             done = read.empty() || rows_.Arrange(lo, SortedOrder(read));
                         });

@@ -4,6 +4,7 @@
 
 #include "Zn_VariantOp.h"
 #include "dataset/row_map.h"
+#include "dataset/row_values.h"
 #include "values/variant_types.h"
 
 #include <algorithm>
@@ -56,11 +57,11 @@ void Zn_Dataset::SumOf(int col, int from, int to, int count, RawOf rawOf, Zn_Var
         out = constant && to > from ? constant->ToDouble() * count : 0.0;
         return;
     }
-    const auto forEach = [&](auto body) {
-        for (int row = std::max(from, 0); row < to; ++row) {
-            if (const Zn_Variant* value = GetColumnNF(rawOf(row), col))
-                body(*value);
-        }
+    const auto forEach = [&](auto add) {
+        zn::ForEachValue(rows_, col, std::max(from, 0), to, rawOf, [add](int, const Zn_Variant* value) {
+            if (value)
+                add(*value);
+        });
     };
     const Zn_Variant* first = GetColumnNF(rawOf(from), col);
     if (first && first->type == Zn_Variant::Integer) {
@@ -80,11 +81,15 @@ void Zn_Dataset::ExtremeOf(int col, int from, int to, short op, RawOf rawOf, Zn_
     if (col < 0)
         return;
     const Zn_Variant* best = &out;
-    for (int row = std::max(from, 0); row < to; ++row) {
-        const int rawRow = rawOf(row);
-        const Zn_Variant* value = rawRow < 0 ? nullptr : GetColumnNF(rawRow, col);
+    const auto take = [&](int, const Zn_Variant* value) {
         if (HasValue(value) && (zn::IsAbsent(*best) || !Var_Cmp(*best, *value, op)))
             best = value;
+    };
+    if (const Zn_Variant* constant = col < columns_.Count() ? nullptr : GetConstColumn(col - columns_.Count())) {
+        for (int row = std::max(from, 0); row < to; ++row)
+            take(row, rawOf(row) < 0 ? nullptr : constant);
+    } else {
+        zn::ForEachValue(rows_, col, std::max(from, 0), to, rawOf, take);
     }
     if (best != &out)
         out = *best;

@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::uint64_t kTop = std::uint64_t{1} << 63;
 
-std::uint64_t CodeOfInteger(std::int32_t value)
-{
-    return static_cast<std::uint32_t>(value) ^ 0x80000000u;
-}
-
 std::int64_t IntegerOf(std::uint64_t code)
 {
     return static_cast<std::int64_t>(code) - 0x80000000;
@@ -70,7 +65,7 @@ int CompareAmounts(std::uint64_t a, std::uint64_t b)
 }
 
 // What Zn_Variant::Compare gives for two values of a kind, from their codes.
-int CompareCodes(std::uint16_t kind, std::uint64_t a, std::uint64_t b)
+int CompareCodes(std::uint32_t kind, std::uint64_t a, std::uint64_t b)
 {
     switch (kind) {
     case Zn_Variant::Integer:
@@ -86,78 +81,84 @@ int CompareCodes(std::uint16_t kind, std::uint64_t a, std::uint64_t b)
     }
 }
 
-bool HasCode(std::uint16_t kind)
+bool HasCode(std::uint32_t kind)
 {
     return kind != Zn_Variant::Date && kind != Zn_Variant::Object;
 }
 
 } // namespace
 
-SortKey::SortKey(std::vector<const Zn_Variant*> values, bool descending)
-    : values_(std::move(values)), kinds_(values_.size()), codes_(values_.size()), descending_(descending)
+void SortKey::SetAny(std::uint32_t row, const Zn_Variant* value)
 {
-    ReadPlain();
+    const std::uint32_t kind = !value ? kAbsent : zn::IsAbsent(*value) ? std::uint32_t{Zn_Variant::Empty} : value->type;
+    if (kind != kind_ || !kinds_.empty())
+        SetKind(row, kind);
+    if (value)
+        Note(row, ReadCode(row, *value));
 }
 
-// Reads the kinds, and the codes of what is a number.
-void SortKey::ReadPlain()
+void SortKey::SetKind(std::uint32_t row, std::uint32_t kind)
 {
-    int seen = -1;
-    bool hasTexts = false, hasBytes = false;
-    for (std::uint32_t row = 0, count = Count(); row < count; ++row) {
-        const Zn_Variant* value = values_[row];
-        if (!value)
-            continue;
-        const std::uint16_t kind = zn::IsAbsent(*value) ? std::uint16_t{Zn_Variant::Empty} : value->type;
-        std::uint64_t code = 0;
-        switch (kind) {
-        case Zn_Variant::Integer:
-            code = CodeOfInteger(value->ToInteger());
-            break;
-        case Zn_Variant::Decimal:
-            code = CodeOfDecimal(value->ToDouble());
-            break;
-        case Zn_Variant::Currency:
-            code = CodeOfAmount(*value->GetConstCurrency());
-            break;
-        case Zn_Variant::String:
-            hasTexts = true;
-            break;
-        case Zn_Variant::Binary:
-            hasBytes = true;
-            break;
-        default:
-            break;
-        }
+    if (row == 0) {
+        kind_ = kind;
+    } else if (kinds_.empty()) {
+        kinds_.resize(Count());
+        std::fill_n(kinds_.begin(), row, kind_);
+    }
+    if (!kinds_.empty())
         kinds_[row] = kind;
-        codes_[row] = code;
-        lowest_ = std::min(lowest_, code);
-        highest_ = std::max(highest_, code);
-        isMixed_ = isMixed_ || (seen >= 0 && seen != kind);
-        seen = kind;
-    }
-    if (hasTexts)
-        RankTexts();
-    if (hasBytes)
-        RankBytes();
+    if (kind == kAbsent)
+        hasAbsent_ = true;
+    else if (kind_ == kAbsent)
+        kind_ = kind;
+    else
+        isMixed_ = isMixed_ || kind != kind_;
 }
 
-void SortKey::RankTexts()
+// The code of a value; texts and bytes get theirs when all are known.
+std::uint64_t SortKey::ReadCode(std::uint32_t row, const Zn_Variant& value)
 {
-    std::vector<std::uint32_t> rows;
-    for (std::uint32_t row = 0, count = Count(); row < count; ++row) {
-        if (values_[row] && kinds_[row] == Zn_Variant::String)
-            rows.push_back(row);
+    switch (value.type) {
+    case Zn_Variant::Integer:
+        return CodeOfInteger(value.ToInteger());
+    case Zn_Variant::Decimal:
+        return CodeOfDecimal(value.ToDouble());
+    case Zn_Variant::Currency:
+        return CodeOfAmount(*value.GetConstCurrency());
+    case Zn_Variant::String:
+        texts_.resize(Count());
+        texts_[row] = value.GetConstStr()->GetView();
+        return 0;
+    case Zn_Variant::Binary:
+    case Zn_Variant::Date:
+    case Zn_Variant::Object:
+        values_.resize(Count());
+        values_[row] = &value;
+        return 0;
+    default:
+        return 0;
     }
-    const auto textOf = [this](std::uint32_t row) { return values_[row]->GetConstStr()->GetView(); };
-    highest_ = std::max(highest_, TextRanker(rows, textOf).Rank(codes_));
+}
+
+void SortKey::Finish()
+{
+    if (!texts_.empty()) {
+        std::vector<std::uint32_t> rows;
+        for (std::uint32_t row = 0; row < Count(); ++row) {
+            if (KindOf(row) == Zn_Variant::String)
+                rows.push_back(row);
+        }
+        highest_ = std::max(highest_, TextRanker(texts_, rows).Rank(codes_));
+    }
+    if (!values_.empty())
+        RankBytes();
 }
 
 void SortKey::RankBytes()
 {
     std::vector<std::uint32_t> rows;
-    for (std::uint32_t row = 0, count = Count(); row < count; ++row) {
-        if (values_[row] && kinds_[row] == Zn_Variant::Binary)
+    for (std::uint32_t row = 0; row < Count(); ++row) {
+        if (KindOf(row) == Zn_Variant::Binary)
             rows.push_back(row);
     }
     const auto compare = [this](std::uint32_t a, std::uint32_t b) { return values_[a]->Compare(*values_[b]); };
@@ -173,47 +174,46 @@ void SortKey::RankBytes()
 
 bool SortKey::IsOrder() const
 {
-    const auto first = std::find_if(values_.begin(), values_.end(), [](const Zn_Variant* value) { return value; });
-    if (isMixed_ || first == values_.end())
-        return !isMixed_;
-    switch (kinds_[static_cast<std::size_t>(first - values_.begin())]) {
+    if (isMixed_)
+        return false;
+    switch (kind_) {
     case Zn_Variant::Integer:
         return highest_ - lowest_ <= INT32_MAX;
     case Zn_Variant::Decimal:
         return std::isfinite(DecimalOf(lowest_)) && std::isfinite(DecimalOf(highest_));
     case Zn_Variant::Currency: {
-        const std::int64_t unit = Zn_Currency(1).GetRaw();
-        const std::int64_t fraction = RawOf(lowest_) % unit;
-        return !IsDifferenceWide(lowest_, highest_) &&
-               std::all_of(values_.begin(), values_.end(), [&](const Zn_Variant* value) {
-                   return !value || (value->GetConstCurrency()->GetRaw() - fraction) % unit == 0;
-               });
-    }
-    case Zn_Variant::Date:
-    case Zn_Variant::Object:
-        return false;
-    default:
+        if (IsDifferenceWide(lowest_, highest_))
+            return false;
+        const auto unit = static_cast<std::uint64_t>(Zn_Currency(1).GetRaw());
+        for (std::uint32_t row = 0; row < Count(); ++row) {
+            if (!IsAbsent(row) && (codes_[row] - lowest_) % unit != 0)
+                return false;
+        }
         return true;
+    }
+    default:
+        return HasCode(kind_);
     }
 }
 
 int SortKey::CompareValues(std::uint32_t a, std::uint32_t b) const
 {
-    if (kinds_[a] != kinds_[b])
+    const std::uint32_t kind = KindOf(a);
+    if (kind != KindOf(b))
         return 1;
-    return HasCode(kinds_[a]) ? CompareCodes(kinds_[a], codes_[a], codes_[b]) : values_[a]->Compare(*values_[b]);
+    return HasCode(kind) ? CompareCodes(kind, codes_[a], codes_[b]) : values_[a]->Compare(*values_[b]);
 }
 
 int SortKey::Compare(std::uint32_t a, std::uint32_t b) const
 {
-    const bool hasA = values_[a], hasB = values_[b];
+    const bool hasA = !IsAbsent(a), hasB = !IsAbsent(b);
     const int order = hasA && hasB ? CompareValues(a, b) : hasA - hasB;
     return descending_ ? -SignOf(order) : order;
 }
 
 unsigned SortKey::SignsAgainst(std::uint32_t row, std::uint64_t low, std::uint64_t high) const
 {
-    const std::uint16_t kind = kinds_[row];
+    const std::uint32_t kind = KindOf(row);
     const std::uint64_t code = codes_[row];
     if (!HasCode(kind))
         return kAnySign;
@@ -250,16 +250,20 @@ std::uint64_t MakeDense(std::vector<std::uint64_t>& numbers)
     return rank;
 }
 
-// The places of a key's values among its possible ones: 0 for absent; returns the largest.
-std::uint64_t ReadPlaces(const SortKey& key, std::vector<std::uint64_t>& places)
+// The places of a key's values among its possible ones, an absent one first.
+Ranks PlacesOf(const SortKey& key)
 {
-    const std::uint64_t lowest = key.LowestCode();
-    const std::uint64_t most = key.HighestCode() < lowest ? 0 : key.HighestCode() - lowest + 1;
-    for (std::uint32_t row = 0; row < places.size(); ++row) {
-        const std::uint64_t place = key.IsAbsent(row) ? 0 : key.CodeOf(row) - lowest + 1;
-        places[row] = key.IsDescending() ? most - place : place;
+    Ranks places{std::vector<std::uint64_t>(key.Count()), 0};
+    if (key.HighestCode() < key.LowestCode())
+        return places; // all are absent
+    const std::uint64_t first = key.HasAbsent() ? 1 : 0;
+    places.most = key.HighestCode() - key.LowestCode() + first;
+    const std::uint64_t flip = key.IsDescending() ? places.most : 0;
+    for (std::uint32_t row = 0; row < key.Count(); ++row) {
+        const std::uint64_t place = first && key.IsAbsent(row) ? 0 : key.CodeOf(row) - key.LowestCode() + first;
+        places.of[row] = flip ? flip - place : place;
     }
-    return most;
+    return places;
 }
 
 bool FitTogether(std::uint64_t most, std::uint64_t mostBehind)
@@ -269,22 +273,20 @@ bool FitTogether(std::uint64_t most, std::uint64_t mostBehind)
 
 } // namespace
 
-std::uint64_t MakeRanks(const std::vector<SortKey>& keys, std::vector<std::uint64_t>& ranks)
+Ranks MakeRanks(const std::vector<SortKey>& keys)
 {
-    ranks.assign(keys.front().Count(), 0);
-    std::uint64_t most = ReadPlaces(keys.front(), ranks);
-    std::vector<std::uint64_t> places(keys.size() > 1 ? ranks.size() : 0);
+    Ranks ranks = PlacesOf(keys.front());
     for (std::size_t k = 1; k < keys.size(); ++k) {
-        std::uint64_t mostHere = ReadPlaces(keys[k], places);
-        if (!FitTogether(most, mostHere))
-            most = MakeDense(ranks);
-        if (!FitTogether(most, mostHere))
-            mostHere = MakeDense(places);
-        for (std::size_t row = 0; row < ranks.size(); ++row)
-            ranks[row] = ranks[row] * (mostHere + 1) + places[row];
-        most = most * (mostHere + 1) + mostHere;
+        Ranks places = PlacesOf(keys[k]);
+        if (!FitTogether(ranks.most, places.most))
+            ranks.most = MakeDense(ranks.of);
+        if (!FitTogether(ranks.most, places.most))
+            places.most = MakeDense(places.of);
+        for (std::size_t row = 0; row < ranks.of.size(); ++row)
+            ranks.of[row] = ranks.of[row] * (places.most + 1) + places.of[row];
+        ranks.most = ranks.most * (places.most + 1) + places.most;
     }
-    return most;
+    return ranks;
 }
 
 KeyedRows::KeyedRows(const std::vector<SortKey>& keys) : keys_(keys), rows_(keys.front().Count())
@@ -315,7 +317,7 @@ KeyedRows::Summary KeyedRows::SummaryOf(int first, int end) const
             const std::uint32_t row = PivotAt(i);
             if (keys_[k].IsAbsent(row)) {
                 range.hasAbsent = true;
-            } else if (const std::uint16_t kind = keys_[k].KindOf(row); kind == Zn_Variant::Empty) {
+            } else if (const std::uint32_t kind = keys_[k].KindOf(row); kind == Zn_Variant::Empty) {
                 range.hasEmpty = true;
             } else {
                 const std::uint64_t code = keys_[k].CodeOf(row);
@@ -350,7 +352,7 @@ unsigned KeyedRows::SignsOf(const SortKey& key, Pivot pivot, const Range& range)
     if (key.IsAbsent(pivot)) {
         signs = (range.hasAbsent ? SortKey::kSame : 0) | (range.hasEmpty || hasValues ? SortKey::kLess : 0);
     } else {
-        const std::uint16_t kind = key.KindOf(pivot);
+        const std::uint32_t kind = key.KindOf(pivot);
         if (range.hasAbsent)
             signs |= SortKey::kMore;
         if (range.hasEmpty)

@@ -8,23 +8,35 @@
 
 #include "Zn_Variant.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace zn {
 
-// What one column holds in every row.
+// What one column holds in every row: Set for each row once, then Finish.
 class SortKey {
 public:
-    // A null value is an absent one. The values must stay while the key is used.
-    SortKey(std::vector<const Zn_Variant*> values, bool descending);
+    SortKey(std::uint32_t rows, bool descending) : codes_(rows), descending_(descending) {}
 
-    std::uint32_t Count() const noexcept { return static_cast<std::uint32_t>(values_.size()); }
+    // A null value is an absent one. Values must stay while the key is used.
+    void Set(std::uint32_t row, const Zn_Variant* value)
+    {
+        if (!value || value->type != kind_ || kind_ != Zn_Variant::Integer || !kinds_.empty())
+            return SetAny(row, value);
+        Note(row, CodeOfInteger(value->ToInteger()));
+    }
+    void Finish();
+
+    std::uint32_t Count() const noexcept { return static_cast<std::uint32_t>(codes_.size()); }
     bool IsDescending() const noexcept { return descending_; }
-    bool IsAbsent(std::uint32_t row) const noexcept { return !values_[row]; }
-    // The type code of a value, Zn_Variant::Empty for null too.
-    std::uint16_t KindOf(std::uint32_t row) const noexcept { return kinds_[row]; }
+    bool HasAbsent() const noexcept { return hasAbsent_; }
+    bool IsAbsent(std::uint32_t row) const noexcept { return KindOf(row) == kAbsent; }
+    // The type code of a value, Zn_Variant::Empty for null too; kAbsent for none.
+    std::uint32_t KindOf(std::uint32_t row) const noexcept { return kinds_.empty() ? kind_ : kinds_[row]; }
+    static constexpr std::uint32_t kAbsent = 0x10000;
     // A number that grows with the value, among values of one kind.
     std::uint64_t CodeOf(std::uint32_t row) const noexcept { return codes_[row]; }
     std::uint64_t LowestCode() const noexcept { return lowest_; }
@@ -42,23 +54,41 @@ public:
     static constexpr unsigned kLess = 1, kSame = 2, kMore = 4, kAnySign = 7;
 
 private:
-    void ReadPlain();
-    void RankTexts();
+    static std::uint64_t CodeOfInteger(std::int32_t value) noexcept
+    {
+        return static_cast<std::uint32_t>(value) ^ 0x80000000u;
+    }
+    void Note(std::uint32_t row, std::uint64_t code) noexcept
+    {
+        codes_[row] = code;
+        lowest_ = std::min(lowest_, code);
+        highest_ = std::max(highest_, code);
+    }
+    void SetAny(std::uint32_t row, const Zn_Variant* value);
+    void SetKind(std::uint32_t row, std::uint32_t kind);
+    std::uint64_t ReadCode(std::uint32_t row, const Zn_Variant& value);
     void RankBytes();
     int CompareValues(std::uint32_t a, std::uint32_t b) const;
 
-    std::vector<const Zn_Variant*> values_;
-    std::vector<std::uint16_t> kinds_;
     std::vector<std::uint64_t> codes_;
+    std::uint32_t kind_ = kNone;       // of the values so far
+    std::vector<std::uint32_t> kinds_; // of each row, once rows differ
+    std::vector<std::u16string_view> texts_;
+    std::vector<const Zn_Variant*> values_; // of bytes and of what has no code
     std::uint64_t lowest_ = UINT64_MAX;
     std::uint64_t highest_ = 0;
-    bool isMixed_ = false;
+    bool hasAbsent_ = false;
+    bool isMixed_ = false; // in kinds of values
     bool descending_;
+    static constexpr std::uint32_t kNone = 0x10001;
 };
 
-// One number per row that orders the rows as the keys do, all of which must be orders. Returns the largest that there
-// may be.
-std::uint64_t MakeRanks(const std::vector<SortKey>& keys, std::vector<std::uint64_t>& ranks);
+// One number per row that orders the rows as the keys do, all of which must be orders; the largest that there may be.
+struct Ranks {
+    std::vector<std::uint64_t> of;
+    std::uint64_t most = 0;
+};
+Ranks MakeRanks(const std::vector<SortKey>& keys);
 
 // Rows under sort that are compared key by key.
 class KeyedRows {
@@ -68,7 +98,7 @@ public:
 
     // What the first keys of some rows hold; of the others anything is possible.
     struct Range {
-        std::uint16_t kind = Zn_Variant::Empty; // of those that are neither absent nor empty
+        std::uint32_t kind = Zn_Variant::Empty; // of those that are neither absent nor empty
         bool hasAbsent = false;
         bool hasEmpty = false;
         bool isMixed = false;
