@@ -466,7 +466,7 @@ private:
     // Views.
     zn::SortKey ReadKey(int col, bool descending, int lo, int hi) const;
     void ShowUnhidden();
-    void HideAllBut(const std::vector<std::int32_t>& shown);
+    std::uint64_t FindBreaks(int col, int first, int end) const;
     std::vector<std::int32_t> MapWithGroups(const std::vector<std::int32_t>& groups) const;
     const Zn_Variant* GroupValue(int row, int col) const;
     void Regroup();

@@ -4,6 +4,7 @@
 
 #include "Zn_StrList.h"
 #include "dataset/row_map.h"
+#include "dataset/row_values.h"
 #include "dataset/text_match.h"
 #include "foundation/vector_list.h"
 
@@ -60,32 +61,27 @@ int Zn_Dataset::ShowOnly(Zn_NameArg id, std::u16string_view value)
     const int col = GetColIndex(id);
     if (col < 0)
         return -1;
-    const bool enough = zn::Guarded([&] {
-        std::vector<std::int32_t> shown;
-        for (int row = 0, n = GetRowCount(); row < n; ++row) {
-            const int rawRow = RawRow(row);
-            const auto matches = [&](auto text) { return text == value; };
-            if (rawRow >= 0 && zn::TextMatches(GetColumnNF(rawRow, col), matches))
-                shown.push_back(rawRow);
-        }
-        HideAllBut(shown);
-        rowMap_.Take(std::move(shown));
-        rowMapActive_ = 1;
-    });
-    return enough ? rowMap_.Count() : -1;
-}
-
-// Gives the filter mark to every visible row that does not follow in shown, which has them in the same order.
-void Zn_Dataset::HideAllBut(const std::vector<std::int32_t>& shown)
-{
-    auto next = shown.begin();
-    for (int row = 0, n = GetRowCount(); row < n; ++row) {
+    std::vector<std::int32_t> shown;
+    const int count = GetRowCount();
+    if (!zn::Guarded([&] { shown.reserve(static_cast<std::size_t>(count)); }))
+        return -1;
+    const auto take = [&](int row, const Zn_Variant* found) {
         const int rawRow = RawRow(row);
-        if (next != shown.end() && rawRow == *next)
-            ++next;
+        if (rawRow >= 0 && zn::TextMatches(found, [&](auto text) { return text == value; }))
+            shown.push_back(rawRow);
         else if (Zn_Record* record = rows_.GetSafeItem(rawRow))
             record->SetFilter(1);
+    };
+    if (const Zn_Variant* constant = col < columns_.Count() ? nullptr : GetConstColumn(col - columns_.Count())) {
+        for (int row = 0; row < count; ++row)
+            take(row, constant);
+    } else {
+        zn::ForEachValue(
+            rows_, col, 0, count, [this](int row) { return RawRow(row); }, take);
     }
+    rowMap_.Take(std::move(shown));
+    rowMapActive_ = 1;
+    return rowMap_.Count();
 }
 
 // Makes the map anew: every row without the filter mark, in the order of the stored rows.

@@ -4,9 +4,13 @@
 
 #include "Zn_StrList.h"
 #include "dataset/row_map.h"
+#include "dataset/row_values.h"
 #include "foundation/vector_list.h"
 #include "values/variant_types.h"
 
+#include <algorithm>
+#include <bit>
+#include <iterator>
 #include <vector>
 
 int Zn_Dataset::SetGroupStr(const Zn_WString& columns)
@@ -47,6 +51,8 @@ void Zn_Dataset::Regroup()
 }
 
 namespace {
+
+constexpr int kBreakBits = 63; // with the row before them, the rows of a batch of ForEachValue
 
 bool IsBreak(const Zn_Variant* before, const Zn_Variant* value)
 {
@@ -111,6 +117,25 @@ int Zn_Dataset::RecalcGroup()
     return changed;
 }
 
+// A bit for each of up to kBreakBits rows: whether its value differs from that of the row before.
+std::uint64_t Zn_Dataset::FindBreaks(int col, int first, int end) const
+{
+    if (col >= columns_.Count()) {
+        const Zn_Variant* constant = GetConstColumn(col - columns_.Count());
+        return IsBreak(constant, constant) ? ~std::uint64_t{0} >> (kBreakBits + 1 - (end - first)) : 0;
+    }
+    std::uint64_t breaks = 0;
+    const Zn_Variant* before = nullptr;
+    const auto compare = [&](int k, const Zn_Variant* value) {
+        if (k > 0 && IsBreak(before, value))
+            breaks |= std::uint64_t{1} << (k - 1);
+        before = value;
+    };
+    zn::ForEachValue(
+        rows_, col, first - 1, end, [](int row) { return row; }, compare);
+    return breaks;
+}
+
 std::vector<std::int32_t> Zn_Dataset::MapWithGroups(const std::vector<std::int32_t>& groups) const
 {
     MapInserter map(rowMap_);
@@ -121,17 +146,25 @@ std::vector<std::int32_t> Zn_Dataset::MapWithGroups(const std::vector<std::int32
         ++position;
         std::fill(starts, starts + level + 1, position);
     };
+    std::vector<std::uint64_t> breaks(groups.size());
     // Callers rely on the position counting stored rows, hidden ones included.
-    for (int row = 1, count = rows_.Count(); row < count; ++row, ++position) {
-        for (std::size_t k = 0; k < groups.size(); ++k) {
-            const int col = MapEntryIndex(groups[k]), level = MapEntryLevel(groups[k]);
-            if (!IsBreak(GetColumnNF(row - 1, col), GetColumnNF(row, col)))
-                continue;
-            insert(level);
-            // Callers rely on the entry behind those of this level being passed over too.
-            while (k < groups.size() && MapEntryLevel(groups[k]) == level)
-                ++k;
+    for (int first = 1, count = rows_.Count(); first < count; first += kBreakBits) {
+        const int end = std::min(first + kBreakBits, count);
+        std::uint64_t any = 0;
+        for (std::size_t k = 0; k < groups.size(); ++k)
+            any |= breaks[k] = FindBreaks(MapEntryIndex(groups[k]), first, end);
+        for (int row = first; row < end && any >> (row - first) != 0; ++row, ++position) {
+            for (std::size_t k = 0; k < groups.size(); ++k) {
+                if ((breaks[k] >> (row - first) & 1) == 0)
+                    continue;
+                const int level = MapEntryLevel(groups[k]);
+                insert(level);
+                // Callers rely on the entry behind those of this level being passed over too.
+                while (k < groups.size() && MapEntryLevel(groups[k]) == level)
+                    ++k;
+            }
         }
+        position += end - first - static_cast<int>(std::bit_width(any));
     }
     for (std::size_t k = 0; k < groups.size(); ++k) {
         const int level = MapEntryLevel(groups[k]);

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <limits>
 #include <numeric>
@@ -278,7 +278,7 @@ TEST(DatasetSort, PatternsTakeTheLiteralOrder)
 TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
 {
     // The literal procedure makes billions of comparisons for most of these.
-    constexpr int kRows = 100000;
+    const int kRows = IsLong() ? 1000000 : 50000;
     for (const Pattern& pattern : kPatterns) {
         for (const int emptyAt : {kRows, 2}) {
             Zn_Dataset table = Numbered(kRows, 1);
@@ -286,10 +286,9 @@ TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
                 const Zn_Variant key(pattern.at(i, kRows)), empty;
                 Put(table, i, 0, (i + 1) % emptyAt == 0 ? &empty : &key);
             }
-            const auto start = std::chrono::steady_clock::now();
+            const std::clock_t start = std::clock();
             table.Sort(u"k0", 1);
-            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-            EXPECT_LT(took.count(), 10) << pattern.name << ", every " << emptyAt << "th empty";
+            EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, kRows / 25000) << pattern.name << ", every " << emptyAt << "th empty";
         }
     }
 }
