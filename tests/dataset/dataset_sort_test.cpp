@@ -278,7 +278,7 @@ TEST(DatasetSort, PatternsTakeTheLiteralOrder)
 TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
 {
     // The literal procedure makes billions of comparisons for most of these.
-    const int kRows = IsLong() ? 1000000 : 50000;
+    const int kRows = IsLong() ? 1000000 : 30000;
     for (const Pattern& pattern : kPatterns) {
         for (const int emptyAt : {kRows, 2}) {
             Zn_Dataset table = Numbered(kRows, 1);
