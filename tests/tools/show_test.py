@@ -6,7 +6,7 @@ import time
 import unicodedata
 
 import tool
-from tool import STORE, ToolTest, dataset, integer, main, message, record, text, word
+from tool import NOTHING, STORE, ToolTest, amount, dataset, integer, main, message, record, text, word
 
 PEOPLE = dataset("people", [("City", "STRING"), ("Id", "INT"), ("Name", "STRING")], [
     record([text("서울"), integer(1), text("김철수")]),
@@ -121,6 +121,57 @@ class Terminal(ToolTest):
         self.assertIn("reading standard input [", shown)
         self.assertTrue(shown.endswith("\r\x1b[K"))
         self.assertEqual(self.on_terminal(("info", STORE / "store.bin"), "stderr"), "")
+
+
+SALES = dataset("sales", [("City", "STRING"), ("Land", "STRING"), ("Price", "CURRENCY"), ("Sold", "INT"), ("Weight", "DECIMAL")], [
+    record([text(city), text(land), amount(price), integer(sold), NOTHING])
+    for city, land, price, sold in (("Oslo", "N", 10500, 4), ("Lima", "P", -5, 1), ("Oslo", "N", 500, 2147483647), ("Bergen", "N", 0, 3))
+] + [record([NOTHING, text("P"), NOTHING, integer(2147483647), NOTHING])])
+
+
+class Views(ToolTest):
+    def lines(self, *arguments):
+        shown = self.zn("show", "-", "-d", "sales", *arguments, stdin=message([], [SALES])).text
+        return [" ".join(line.split()) for line in shown.splitlines()[2:]]
+
+    def test_sorted_rows_keep_their_numbers(self):
+        self.assertEqual([line[0] for line in self.lines("--sort", "Land:d,Price", "-c", "City")[3:]], list("41320"))
+        self.assertEqual([line[0] for line in self.lines("--sort", "price:d", "-c", "City", "--rows", "1-2")[3:]], list("23"))
+
+    def test_filters_all_hold(self):
+        lines = self.lines("--filter", "Land=N", "-f", "City=Oslo", "-c", "City")
+        self.assertEqual(lines[0], "sales: 5 rows; 2 shown")
+        self.assertEqual([line[0] for line in lines[3:]], list("02"))
+        self.assertEqual([line[0] for line in self.lines("-f", "City=", "-c", "City")[3:]], list("4"))
+        self.assertEqual(self.lines("-f", "City=oslo", "-c", "City"), ["sales: 5 rows; 0 shown"])
+
+    def test_groups_end_with_their_sums(self):
+        self.assertEqual(self.lines("--group", "Land,City", "--sum", "Price,Sold", "--count", "-c", "Land,City,Price,Sold")[3:], [
+            "3 normal N Bergen 0 3", "1 row N Bergen", "sum N Bergen 0 3",
+            "0 normal N Oslo 1.05 4", "2 normal N Oslo 0.05 2147483647", "2 rows N Oslo", "sum N Oslo 1.1 2147483651",
+            "3 rows N", "sum N 1.1 2147483654",
+            "4 normal P 2147483647", "1 row P", "sum P 0 2147483647",
+            "1 normal P Lima -0.0005 1", "1 row P Lima", "sum P Lima -0.0005 1",
+            "2 rows P", "sum P -0.0005 2147483648",
+            "5 rows in all", "sum in all 1.0995 4294967302"])
+
+    def test_figures_of_all_rows(self):
+        self.assertEqual(self.lines("--min", "Price,City,Weight", "--max", "Price", "--avg", "Price", "-c", "City,Price,Weight")[-3:],
+                         ["average 0.274875", "smallest Bergen -0.0005", "largest 1.05"])
+        self.assertEqual(self.lines("--group", "Land", "--sort", "Sold", "-c", "Land")[4:8], ["1 row P", "3 normal N", "0 normal N", "2 normal N"])
+        self.assertEqual(self.lines("-f", "City=none", "--sum", "Sold", "--min", "Sold", "-c", "Sold")[3:], ["sum 0", "smallest"])
+
+    def test_wrong_wishes(self):
+        for arguments, fragment in ((("--sum", "City"), "'City' has no numbers"), (("--sort", "Nope"), "no column 'Nope'"),
+                                    (("--filter", "City"), "COLUMN=VALUE"), (("--group", "Land,Nope"), "no column 'Nope'")):
+            self.fails(2, fragment, arguments=("show", "-", *arguments), stdin=message([], [SALES]))
+
+    def test_changed_and_deleted_rows(self):
+        lines = self.zn("show", STORE / "changes-mode1.bin", "-d", "customers", "-c", "CustomerId,City", "--sort", "CustomerId:d",
+                        "--changes", "--originals", "--filter", "City=São Paulo (moved)").text.splitlines()
+        self.assertEqual([line.split()[:3] for line in lines[-2:]], [["9", "updated", "10"], ["was", "São", "Paulo"]])
+        deleted = self.zn("show", STORE / "changes-mode1.bin", "-d", "customers", "-c", "City", "--filter", "City=Copenhagen").text
+        self.assertIn("deleted  Copenhagen", deleted)
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 #include "cell_text.h"
 #include "column_order.h"
 #include "message_io.h"
+#include "row_view.h"
 #include "table_states.h"
 #include "table_view.h"
 
@@ -26,6 +27,7 @@ struct Options {
     bool originals = false;
     bool changes = false;
     std::optional<int> width;
+    ViewOptions view;
 };
 
 // Rows from first up to, but without, end.
@@ -76,8 +78,11 @@ std::vector<int> PickColumns(const Zn_Dataset& table, const std::vector<std::str
 
 class TablePrinter {
 public:
-    TablePrinter(Output& out, const Zn_Dataset& table, const Options& options, int widest)
-        : out_(out), table_(table), options_(options), widest_(widest), picked_(PickColumns(table, options.columns))
+    // With a view the table is one of its own, a copy of that of the message.
+    TablePrinter(Output& out, const Zn_Dataset& whole, const Zn_Dataset& table, const RowView* view,
+                 const Options& options, int widest)
+        : out_(out), whole_(whole), table_(table), view_(view), options_(options), widest_(widest),
+          picked_(PickColumns(table, options.columns))
     {
     }
 
@@ -100,10 +105,11 @@ public:
     }
 
 private:
-    enum class Kind { Row, Original, Deleted };
+    enum class Kind { Row, Original, Deleted, Summary };
     struct Line {
         Kind kind;
-        int number; // of the row, or of the deleted row
+        int index;  // of the row, the deleted row, or the view's line
+        int number; // of the row in the message
     };
 
     bool IsNumeric(int col) const
@@ -115,28 +121,64 @@ private:
 
     void CollectLines()
     {
+        if (view_)
+            CollectViewLines();
+        else
+            CollectRows();
+        if (!options_.rows.empty())
+            return;
+        for (int n = 0, count = table_.GetDelRowCount(); n < count; ++n) {
+            if (!view_ || view_->ShowsDeleted(n))
+                lines_.push_back({Kind::Deleted, n, 0});
+        }
+    }
+
+    void CollectRows()
+    {
         const RowRange range = ReadRange(options_.rows, table_.GetRowCountNF());
-        for (int row = range.first; row < range.end; ++row) {
-            const int type = table_.GetRowTypeNF(row);
-            if (options_.changes && type == Zn_Record::Normal)
+        for (int row = range.first; row < range.end; ++row)
+            AddRow(row, row);
+    }
+
+    // A range counts the view's rows; a summary is shown when the row before it is in the range.
+    void CollectViewLines()
+    {
+        const RowRange range = ReadRange(options_.rows, table_.GetRowCountNF());
+        int seen = 0;
+        for (std::size_t i = 0; i < view_->Lines().size(); ++i) {
+            const RowLine& line = view_->Lines()[i];
+            seen += !line.IsSummary();
+            if (!options_.rows.empty() && (seen <= range.first || seen > range.end))
                 continue;
-            lines_.push_back({Kind::Row, row});
-            ++rowsShown_;
-            if (options_.originals && type == Zn_Record::Updated && ShowsChange(row))
-                lines_.push_back({Kind::Original, row});
+            if (line.IsSummary())
+                lines_.push_back({Kind::Summary, static_cast<int>(i), 0});
+            else
+                AddRow(line.row, line.number);
         }
-        if (options_.rows.empty()) {
-            for (int n = 0, count = table_.GetDelRowCount(); n < count; ++n)
-                lines_.push_back({Kind::Deleted, n});
-        }
+    }
+
+    void AddRow(int row, int number)
+    {
+        const int type = table_.GetRowTypeNF(row);
+        if (options_.changes && type == Zn_Record::Normal)
+            return;
+        lines_.push_back({Kind::Row, row, number});
+        ++rowsShown_;
+        if (options_.originals && type == Zn_Record::Updated && ShowsChange(row))
+            lines_.push_back({Kind::Original, row, number});
+    }
+
+    const SummaryLine& Summary(const Line& line) const
+    {
+        return view_->Summary(view_->Lines()[static_cast<std::size_t>(line.index)]);
     }
 
     void PrintHeading()
     {
-        const States states = CountStates(table_);
+        const States states = CountStates(whole_);
         out_.Write("\n");
         out_.Write(ToUtf8(Printable(table_.GetId().GetView())), Style::Title);
-        out_.Write(": " + Counted(table_.GetRowCountNF(), "row"));
+        out_.Write(": " + Counted(whole_.GetRowCountNF(), "row"));
         for (const auto& [count, word] :
              {std::pair(states.inserted, " inserted"), std::pair(states.updated, " updated")}) {
             if (count > 0)
@@ -144,7 +186,7 @@ private:
         }
         if (states.deleted > 0)
             out_.Write(", " + std::to_string(states.deleted) + " deleted beside them");
-        if (rowsShown_ < table_.GetRowCountNF())
+        if (rowsShown_ < whole_.GetRowCountNF())
             out_.Write("; " + std::to_string(rowsShown_) + " shown");
         out_.Write("\n");
     }
@@ -160,9 +202,8 @@ private:
     const Zn_Variant* Value(const Line& line, int col) const
     {
         if (line.kind == Kind::Original)
-            return table_.GetOrgColumnNF(line.number, col);
-        return line.kind == Kind::Deleted ? table_.GetDelColumn(line.number, col)
-                                          : table_.GetColumnNF(line.number, col);
+            return table_.GetOrgColumnNF(line.index, col);
+        return line.kind == Kind::Deleted ? table_.GetDelColumn(line.index, col) : table_.GetColumnNF(line.index, col);
     }
 
     bool IsChanged(int row, int col) const
@@ -183,7 +224,12 @@ private:
         if (column == 1)
             return FillState(line, cell);
         const int col = picked_[column - 2];
-        const bool changed = line.kind != Kind::Deleted && IsChanged(line.number, col);
+        if (line.kind == Kind::Summary) {
+            if (const std::u16string* text = Summary(line).Find(col))
+                cell = {*text, Style::Title};
+            return;
+        }
+        const bool changed = line.kind != Kind::Deleted && IsChanged(line.index, col);
         if (line.kind == Kind::Original && !changed)
             return;
         const Zn_Variant* value = Value(line, col);
@@ -201,8 +247,10 @@ private:
                                                    : Style::Plain;
     }
 
-    static void FillNumber(const Line& line, ViewCell& cell)
+    void FillNumber(const Line& line, ViewCell& cell) const
     {
+        if (line.kind == Kind::Summary)
+            cell = {Summary(line).number, Style::Title};
         if (line.kind != Kind::Row)
             return;
         const std::string number = std::to_string(line.number);
@@ -216,7 +264,11 @@ private:
             cell = {u"was", Style::Faint};
             return;
         }
-        switch (line.kind == Kind::Deleted ? Zn_Record::Deleted : table_.GetRowTypeNF(line.number)) {
+        if (line.kind == Kind::Summary) {
+            cell = {Summary(line).kind, Style::Title};
+            return;
+        }
+        switch (line.kind == Kind::Deleted ? Zn_Record::Deleted : table_.GetRowTypeNF(line.index)) {
         case Zn_Record::Inserted:
             cell = {u"inserted", Style::Inserted};
             break;
@@ -232,7 +284,9 @@ private:
     }
 
     Output& out_;
+    const Zn_Dataset& whole_;
     const Zn_Dataset& table_;
+    const RowView* const view_;
     const Options& options_;
     const int widest_;
     const std::vector<int> picked_;
@@ -262,11 +316,24 @@ void PrintParams(Output& out, const Zn_VariableList& params, int widest)
 // Names that no table to be shown has are mistakes.
 void CheckColumns(const std::vector<const Zn_Dataset*>& tables, const Options& options)
 {
-    for (const std::string& name : options.columns) {
+    std::vector<std::string> names = options.view.Columns();
+    names.insert(names.end(), options.columns.begin(), options.columns.end());
+    for (const std::string& name : names) {
         const Zn_WString id = Zn_WString::FromUtf8(name);
         const auto has = [&](const Zn_Dataset* table) { return table->GetColIndex(id.GetView()) >= 0; };
         if (std::none_of(tables.begin(), tables.end(), has))
             throw Failure(BadUsage, options.file + ": there is no column '" + name + "'");
+    }
+}
+
+void ShowTable(Output& out, const Zn_Dataset& table, const Options& options, int widest)
+{
+    if (options.view.IsPlain()) {
+        TablePrinter(out, table, table, nullptr, options, widest).Print();
+    } else {
+        Zn_Dataset copy(table);
+        const RowView view(copy, options.view);
+        TablePrinter(out, table, copy, &view, options, widest).Print();
     }
 }
 
@@ -288,8 +355,28 @@ void Show(Message& message, const Options& options)
     if (options.tables.empty())
         PrintParams(out, message.params, widest);
     for (const Zn_Dataset* table : tables)
-        TablePrinter(out, *table, options, widest).Print();
+        ShowTable(out, *table, options, widest);
     out.Flush();
+}
+
+void AddViewOptions(CLI::App& command, ViewOptions& view)
+{
+    command.add_option("-s,--sort", view.sort, "by these columns; NAME:d: falling")->type_name("NAME,...");
+    command
+        .add_option("-f,--filter", view.filters,
+                    "only rows with this value, NAME= for none; may be given again: all hold")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+    const auto addColumns = [&](const char* name, std::vector<std::string>& columns, const char* what) {
+        command.add_option(name, columns, what)->type_name("NAME,...")->delimiter(',')->allow_extra_args(false);
+    };
+    addColumns("-g,--group", view.groups,
+               "a line below each run of rows with the same values of these; sorts by them unless --sort is given");
+    addColumns("--sum", view.sums, "sums of these columns, of each group and of all rows");
+    addColumns("--avg", view.averages, "averages of the values there are");
+    addColumns("--min", view.least, "smallest values");
+    addColumns("--max", view.most, "largest values");
+    command.add_flag("--count", view.count, "counts of rows");
 }
 
 } // namespace
@@ -308,13 +395,16 @@ void AddShow(CLI::App& app, ExitCode& exitCode)
         ->type_name("NAME,...")
         ->delimiter(',')
         ->allow_extra_args(false);
+    AddViewOptions(*command, options->view);
     command->add_flag("-o,--originals", options->originals, "under each updated row what changed cells held before");
     command->add_flag("--changes", options->changes, "only rows that are inserted, updated or deleted");
     command
         ->add_option("-w,--width", options->width, "cut texts to this many cells; 0: never (32 on a terminal, else 0)")
         ->type_name("CELLS");
-    command->footer("Rows are numbered from 0, as edit commands and the library number them.\n"
-                    "Example: zn show changes.bin --dataset customers --columns CustomerId,City --originals");
+    command->footer(
+        "Rows are numbered from 0, as edit commands and the library number them.\n"
+        "Example: zn show changes.bin --dataset customers --columns CustomerId,City --originals\n"
+        "         zn show sales.bin --sort Country:d,City --filter State= --group Country --sum Total --count");
     command->callback([options, &exitCode] {
         Message message = ReadMessage(options->file);
         Show(message, *options);
