@@ -136,7 +136,7 @@ class Views(ToolTest):
 
     def test_sorted_rows_keep_their_numbers(self):
         self.assertEqual([line[0] for line in self.lines("--sort", "Land:d,Price", "-c", "City")[3:]], list("41320"))
-        self.assertEqual([line[0] for line in self.lines("--sort", "price:d", "-c", "City", "--rows", "1-2")[3:]], list("23"))
+        self.assertEqual([line[0] for line in self.lines("--sort", "city:d", "-c", "City", "--rows", "2-3")[3:]], list("13"))
 
     def test_filters_all_hold(self):
         lines = self.lines("--filter", "Land=N", "-f", "City=Oslo", "-c", "City")
@@ -169,7 +169,7 @@ class Views(ToolTest):
     def test_changed_and_deleted_rows(self):
         lines = self.zn("show", STORE / "changes-mode1.bin", "-d", "customers", "-c", "CustomerId,City", "--sort", "CustomerId:d",
                         "--changes", "--originals", "--filter", "City=São Paulo (moved)").text.splitlines()
-        self.assertEqual([line.split()[:3] for line in lines[-2:]], [["9", "updated", "10"], ["was", "São", "Paulo"]])
+        self.assertEqual([line.split()[:3] for line in lines[-2:]], [["8", "updated", "10"], ["was", "São", "Paulo"]])
         deleted = self.zn("show", STORE / "changes-mode1.bin", "-d", "customers", "-c", "City", "--filter", "City=Copenhagen").text
         self.assertIn("deleted  Copenhagen", deleted)
 

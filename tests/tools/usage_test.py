@@ -37,7 +37,7 @@ class Usage(ToolTest):
                     words = line[line.index("zn ") + 3:].split(" | ")[0]
                     self.zn(*shlex.split(words))
                     tried += 1
-        self.assertEqual(tried, 20)
+        self.assertEqual(tried, 21)
 
     def test_the_page_about_the_tool_shows_what_it_prints(self):
         for file in STORE.iterdir():

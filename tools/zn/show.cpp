@@ -362,16 +362,13 @@ void Show(Message& message, const Options& options)
 void AddViewOptions(CLI::App& command, ViewOptions& view)
 {
     command.add_option("-s,--sort", view.sort, "by these columns; NAME:d: falling")->type_name("NAME,...");
-    command
-        .add_option("-f,--filter", view.filters,
-                    "only rows with this value, NAME= for none; may be given again: all hold")
+    command.add_option("-f,--filter", view.filters, "only rows with this value; if given again: with all of them")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     const auto addColumns = [&](const char* name, std::vector<std::string>& columns, const char* what) {
         command.add_option(name, columns, what)->type_name("NAME,...")->delimiter(',')->allow_extra_args(false);
     };
-    addColumns("-g,--group", view.groups,
-               "a line below each run of rows with the same values of these; sorts by them unless --sort is given");
+    addColumns("-g,--group", view.groups, "summaries of rows with the same values of these; sorts by them");
     addColumns("--sum", view.sums, "sums of these columns, of each group and of all rows");
     addColumns("--avg", view.averages, "averages of the values there are");
     addColumns("--min", view.least, "smallest values");
@@ -404,7 +401,7 @@ void AddShow(CLI::App& app, ExitCode& exitCode)
     command->footer(
         "Rows are numbered from 0, as edit commands and the library number them.\n"
         "Example: zn show changes.bin --dataset customers --columns CustomerId,City --originals\n"
-        "         zn show sales.bin --sort Country:d,City --filter State= --group Country --sum Total --count");
+        "         zn show store.bin -d invoices --filter BillingCountry=Norway --group BillingCity --sum Total");
     command->callback([options, &exitCode] {
         Message message = ReadMessage(options->file);
         Show(message, *options);
