@@ -37,7 +37,8 @@ public:
     void Set(std::string_view text) { AssignView(text); }
     void Set(const char16_t* text, int length, unsigned codePage);
     // Decimal text, by the rules of Zn_WString::Set.
-    void Set(int value);
+    void Set(int value) { Set(static_cast<long>(value)); }
+    void Set(long value);
     void Set(double value);
 
     Zn_AString& operator+=(const Zn_AString& other)

@@ -8,6 +8,18 @@
 
 class ZN_API Zn_IntList {
 public:
+    Zn_IntList() noexcept = default;
+    // Without memory a copy is empty, and a list that is assigned to stays as it was.
+    Zn_IntList(const Zn_IntList& other) noexcept { AssignList(other); }
+    Zn_IntList(Zn_IntList&&) noexcept = default;
+    Zn_IntList& operator=(const Zn_IntList& other) noexcept
+    {
+        AssignList(other);
+        return *this;
+    }
+    Zn_IntList& operator=(Zn_IntList&&) noexcept = default;
+    ~Zn_IntList() = default;
+
     int Add(int value);
     // An index past the end means the end; a negative one 0. Returns the index.
     int Insert(int index, int value);
@@ -21,7 +33,7 @@ public:
     void Clear() noexcept { items_.clear(); }
     // Makes the list hold n entries: 0, 1, 2, ... n - 1.
     void Reset(int n);
-    int AssignList(const Zn_IntList& other);
+    int AssignList(const Zn_IntList& other) noexcept;
     // Takes the entries over.
     void Take(std::vector<std::int32_t>&& entries) noexcept { items_ = std::move(entries); }
 

@@ -16,10 +16,24 @@ class Zn_StringList {
 public:
     using View = std::basic_string_view<Char>;
 
+    Zn_StringList() noexcept = default;
+    // Without memory a copy is empty, and a list that is assigned to stays as it was.
+    Zn_StringList(const Zn_StringList& other) noexcept { Append(&other); }
+    Zn_StringList(Zn_StringList&&) noexcept = default;
+    Zn_StringList& operator=(const Zn_StringList& other) noexcept
+    {
+        Zn_StringList copy(other);
+        if (copy.Count() == other.Count())
+            items_.swap(copy.items_);
+        return *this;
+    }
+    Zn_StringList& operator=(Zn_StringList&&) noexcept = default;
+    ~Zn_StringList() = default;
+
     int Add(const String& text);
     int Add(const Char* text, int length = -1) { return Add(String(text, length)); }
     // Appends copies of the other list's strings (null: none); returns the count.
-    int Append(const Zn_StringList* other);
+    int Append(const Zn_StringList* other) noexcept;
     // Null when out of range; the NN form gives the shared empty string instead.
     const String* GetItem(int index) const noexcept;
     const String& GetItemNN(int index) const noexcept;

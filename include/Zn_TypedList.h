@@ -18,6 +18,7 @@
 #include "Zn_Text.h"
 #include "Zn_WString.h"
 
+#include <concepts>
 #include <cstddef>
 #include <iterator>
 #include <new>
@@ -83,14 +84,27 @@ public:
     // Writable item, or null.
     Item* GetSafeItem(int index) noexcept { return static_cast<Item*>(Zn_ObjList::GetItem(index)); }
 
+    // The forms that take a pointer are templates, so that a literal 0 is the number where items are made of numbers.
     int Add(const Item& item) { return Zn_ObjList::Add(&item); }
-    int Add(const Item* item) { return item ? Zn_ObjList::Add(item) : -1; }
+    template <std::convertible_to<const Item*> Pointer>
+    int Add(Pointer item)
+    {
+        return Zn_ObjList::Add(static_cast<const Item*>(item));
+    }
     int Insert(int index, const Item& item) { return Zn_ObjList::Insert(index, &item); }
-    int Insert(int index, const Item* item) { return item ? Zn_ObjList::Insert(index, item) : -1; }
+    template <std::convertible_to<const Item*> Pointer>
+    int Insert(int index, Pointer item)
+    {
+        return Zn_ObjList::Insert(index, static_cast<const Item*>(item));
+    }
     int AddLink(const Item* item) { return Zn_ObjList::AddLink(const_cast<Item*>(item)); }
     int InsertLink(int index, const Item* item) { return Zn_ObjList::InsertLink(index, const_cast<Item*>(item)); }
     int Set(int index, const Item& item, int grow = 0) { return Zn_ObjList::Set(index, &item, grow); }
-    int Set(int index, const Item* item, int grow = 0) { return item ? Zn_ObjList::Set(index, item, grow) : -1; }
+    template <std::convertible_to<const Item*> Pointer>
+    int Set(int index, Pointer item, int grow = 0)
+    {
+        return Zn_ObjList::Set(index, static_cast<const Item*>(item), grow);
+    }
     int SetLink(int index, const Item* item, int grow = 0)
     {
         return Zn_ObjList::SetLink(index, const_cast<Item*>(item), grow);

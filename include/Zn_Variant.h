@@ -159,10 +159,15 @@ public:
     {
         if (this == &other)
             return *this;
-        if (live_ > OddBits)
+        if (live_ > OddBits) {
+            Zn_Variant taken(static_cast<Zn_Variant&&>(other)); // first: the other may be a part of this one's array
             Release();
-        TakeBits(other);
-        other.Init();
+            TakeBits(taken);
+            taken.Init();
+        } else {
+            TakeBits(other);
+            other.Init();
+        }
         return *this;
     }
     // Null clears.

@@ -43,7 +43,8 @@ public:
     void Set(const char* text, int length, unsigned codePage);
     // Decimal text of the number. A double gives the shortest text that reads back to the same
     // double, the same in every locale, without exponent from 1e-5 to below 1e17; minus zero is "-0".
-    void Set(int value);
+    void Set(int value) { Set(static_cast<long>(value)); }
+    void Set(long value);
     void Set(double value);
 
     Zn_WString& operator+=(const Zn_WString& other)
@@ -69,7 +70,8 @@ public:
         AppendView(View(&ch, 1));
         return *this;
     }
-    Zn_WString& operator+=(int value);
+    Zn_WString& operator+=(int value) { return *this += static_cast<long>(value); }
+    Zn_WString& operator+=(long value);
     Zn_WString& operator+=(double value);
 
     // The text with & < > " ' as entities; CR, control characters, unpaired surrogates and white space

@@ -19,7 +19,7 @@ bool TextMatches(const Zn_Variant* value, Match match)
     case Zn_Variant::String:
         return match(value->GetConstStr()->GetView());
     case Zn_Variant::Integer:
-        return match(NumberView(value->ToInteger(), digits));
+        return match(NumberView(long{value->ToInteger()}, digits));
     case Zn_Variant::Decimal:
         return match(NumberView(value->ToDouble(), digits));
     default:

@@ -9,7 +9,7 @@ void Zn_AString::Set(const char16_t* text, int length, unsigned codePage)
     zn::AssignWhole(*this, [&](auto& sink) { zn::EncodeText(zn::ViewOf(text, length), codePage, sink); });
 }
 
-void Zn_AString::Set(int value)
+void Zn_AString::Set(long value)
 {
     char text[zn::kNumberRoom];
     AssignView(zn::NumberView(value, text));

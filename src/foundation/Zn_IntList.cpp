@@ -38,7 +38,7 @@ void Zn_IntList::Reset(int n)
         std::iota(items_.begin(), items_.end(), 0);
 }
 
-int Zn_IntList::AssignList(const Zn_IntList& other)
+int Zn_IntList::AssignList(const Zn_IntList& other) noexcept
 {
     zn::Guarded([&] { items_ = other.items_; });
     return Count();

@@ -1,5 +1,7 @@
 #include "Zn_LogMsg.h"
 
+#include "foundation/encoding.h"
+
 #include <algorithm>
 #include <compare>
 #include <tuple>
@@ -206,7 +208,8 @@ int Zn_LogMsgList::Load(std::u16string_view text, int clearFirst)
 
 int Zn_LogMsgList::Load(std::string_view text, int clearFirst, unsigned codePage)
 {
-    const Zn_WString wide(text.data(), static_cast<int>(text.size()), codePage);
+    Zn_WString wide;
+    zn::AppendWhole(wide, [&](auto& sink) { zn::DecodeText(text, codePage, sink); });
     return Load(wide.GetView(), clearFirst);
 }
 
@@ -224,14 +227,13 @@ int Zn_LogMsgList::Save(Zn_AString& out, unsigned codePage) const
 {
     out.Empty();
     for (const Zn_LogMsg& message : *this) {
-        Zn_WString line = message.FormatLine(false);
+        const Zn_WString line = message.FormatLine(false) + u"\n";
         Zn_AString bytes(line, line.GetLength(), codePage);
         if (Zn_WString(bytes, bytes.GetLength(), codePage) != line) {
-            line = message.FormatLine(true);
-            bytes.Set(line, line.GetLength(), codePage);
+            const Zn_WString ascii = message.FormatLine(true) + u"\n";
+            bytes.Set(ascii, ascii.GetLength(), codePage);
         }
         out += bytes;
-        out += '\n';
     }
     return Count();
 }

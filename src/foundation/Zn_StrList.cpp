@@ -149,7 +149,7 @@ int Zn_StringList<String, Char>::Add(const String& text)
 }
 
 template <class String, class Char>
-int Zn_StringList<String, Char>::Append(const Zn_StringList* other)
+int Zn_StringList<String, Char>::Append(const Zn_StringList* other) noexcept
 {
     try {
         if (other) {
@@ -199,7 +199,7 @@ int Zn_StringList<String, Char>::Parse(View text, View separators, Char escape, 
 {
     try {
         Splitter<Char> splitter(text, separators, escape, {trim != 0, skipEmpty != 0, keepQuoted != 0, unquote != 0});
-        const int most = limit > 0 ? Count() + limit : 0;
+        const std::int64_t most = limit > 0 ? std::int64_t{Count()} + limit : 0;
         while ((most == 0 || Count() < most) && splitter.Next(Count() + 1 == most)) {
             if (skipEmpty && splitter.IsEmpty())
                 continue;

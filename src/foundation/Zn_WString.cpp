@@ -26,7 +26,7 @@ void Zn_WString::Set(const char* text, int length, unsigned codePage)
     zn::AssignWhole(*this, [&](auto& sink) { zn::DecodeText(zn::ViewOf(text, length), codePage, sink); });
 }
 
-void Zn_WString::Set(int value)
+void Zn_WString::Set(long value)
 {
     char16_t text[zn::kNumberRoom];
     AssignView(zn::NumberView(value, text));
@@ -50,7 +50,7 @@ Zn_WString& Zn_WString::operator+=(char ch)
     return *this;
 }
 
-Zn_WString& Zn_WString::operator+=(int value)
+Zn_WString& Zn_WString::operator+=(long value)
 {
     char16_t text[zn::kNumberRoom];
     AppendView(zn::NumberView(value, text));

@@ -29,6 +29,10 @@ Zn_WString SpecOf(std::u16string_view flags, const char16_t* conversion)
 Zn_WString FillInteger(std::u16string_view flags, char16_t conversion, std::int64_t number)
 {
     Zn_WString out;
+    if (conversion == u'c') {
+        out.Format(SpecOf(flags, u"c"), static_cast<int>(number));
+        return out;
+    }
     if (conversion == u'd' || conversion == u'i') {
         out.Format(SpecOf(flags, u"lld"), static_cast<long long>(number));
         return out;
@@ -52,10 +56,14 @@ Zn_WString FillDecimal(std::u16string_view flags, char16_t conversion, double nu
 Zn_WString FillOne(std::u16string_view flags, char16_t conversion, const Zn_MsgParam& param)
 {
     using Kind = Zn_MsgParam::Kind;
-    if (param.GetKind() == Kind::Integer && IsOneOf(conversion, "diuxX"))
+    if (param.GetKind() == Kind::Integer && IsOneOf(conversion, "cdiuoxX"))
         return FillInteger(flags, conversion, param.GetInteger());
-    if (param.GetKind() == Kind::Decimal && IsOneOf(conversion, "feEgG"))
-        return FillDecimal(flags, conversion, param.GetDecimal());
+    if (param.GetKind() != Kind::Text && IsOneOf(conversion, "fFeEgGaA"))
+        return FillDecimal(flags, conversion,
+                           param.GetKind() == Kind::Decimal ? param.GetDecimal()
+                                                            : static_cast<double>(param.GetInteger()));
+    if (param.GetKind() != Kind::Text || conversion != u's')
+        flags = flags.substr(0, flags.find(u'.')); // a number's precision would cut the text
     Zn_WString out;
     out.Format(SpecOf(flags, u"s"), param.GetText().GetText());
     return out;
@@ -70,7 +78,7 @@ Zn_WString FillWith(std::u16string_view text, std::size_t count, const ParamAt& 
         const auto found = zn::messages::NextPlaceholder(text, at);
         out += text.substr(at, found.start - at);
         at = found.end;
-        if (IsOneOf(found.conversion, "sdiuxXfeEgG")) {
+        if (IsOneOf(found.conversion, "scdiuoxXfFeEgGaA")) {
             const std::u16string_view flags = SafeFlags(text.substr(found.start + 1, found.flags));
             out += FillOne(flags, found.conversion, used < count ? paramAt(used) : Zn_MsgParam(Zn_WString()));
             ++used;

@@ -19,7 +19,7 @@ template <class Char>
 int WriteDouble(double value, Char (&out)[kNumberRoom]) noexcept;
 // The same as a view of out.
 template <class Char>
-std::basic_string_view<Char> NumberView(int value, Char (&out)[kNumberRoom]) noexcept
+std::basic_string_view<Char> NumberView(long value, Char (&out)[kNumberRoom]) noexcept
 {
     return {out, static_cast<std::size_t>(WriteInteger(value, out))};
 }

@@ -28,8 +28,7 @@ int Zn_VarObjectCtx::RegisterContainer(Zn_VarObjectCtx* context)
     const std::lock_guard guard(registry.lock);
     if (registry.contexts.IndexOf(context) >= 0)
         return 0;
-    registry.contexts.Add(context);
-    return 1;
+    return registry.contexts.Add(context) >= 0;
 }
 
 int Zn_VarObjectCtx::UnRegisterContainer(Zn_VarObjectCtx* context)

@@ -5,6 +5,9 @@
 #include "values/variant_array.h"
 #include "values/variant_types.h"
 
+#include <charconv>
+#include <cmath>
+#include <string_view>
 #include <utility>
 
 constinit const Zn_Variant Zn_Variant::_ZnNullVariant;
@@ -15,6 +18,25 @@ Zn_VarObject* NewReference()
 {
     void* memory = _zn_malloc(static_cast<int>(sizeof(Zn_VarObject)));
     return memory ? new (memory) Zn_VarObject : nullptr;
+}
+
+// Beside the decimal numbers of Zn_AString::ToDouble: hexadecimal ones, infinities and NaN.
+double ReadAnyDouble(const Zn_AString& text) noexcept
+{
+    constexpr std::string_view digits = "0123456789abcdefABCDEF.";
+    std::string_view rest = text;
+    const bool negative = rest.starts_with('-');
+    rest.remove_prefix(negative || rest.starts_with('+') ? 1 : 0);
+    const bool hex = (rest.starts_with("0x") || rest.starts_with("0X")) && rest.find_first_of(digits, 2) == 2;
+    if (hex)
+        rest.remove_prefix(2);
+    else if (rest.find_first_of("iInN") != 0)
+        return text.ToDouble();
+    double value = 0.0;
+    const auto format = hex ? std::chars_format::hex : std::chars_format::general;
+    if (std::from_chars(rest.data(), rest.data() + rest.size(), value, format).ec == std::errc::result_out_of_range)
+        value = rest.find("p-") == rest.find("P-") ? HUGE_VAL : 0.0;
+    return negative ? -value : value;
 }
 
 } // namespace
@@ -165,7 +187,8 @@ void Zn_Variant::SetInteger(const char16_t* text) noexcept
 
 void Zn_Variant::SetDouble(const char16_t* text) noexcept
 {
-    Set(text ? zn::ReadDouble(std::u16string_view(text)) : 0.0);
+    constexpr unsigned kAscii = 20127;
+    Set(ReadAnyDouble(Zn_AString(text, -1, kAscii).Trim()));
 }
 
 // ---- Access

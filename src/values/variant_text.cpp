@@ -5,6 +5,7 @@
 #include "foundation/number_text.h"
 #include "values/default_property.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 #include <vector>
@@ -59,7 +60,8 @@ private:
     using Char = typename Sink::Char;
 
     struct OpenArray {
-        Zn_Variant owner; // an object's value that holds the list; else empty
+        Zn_Variant object; // the object whose value the list is, and that value, which holds it; else both empty
+        Zn_Variant owner;
         const Zn_VariantList* list;
         int next;
     };
@@ -83,10 +85,18 @@ private:
     // All of a value but an array's items.
     // NOLINTNEXTLINE(misc-no-recursion): what an object's default property gives is no object
     void Begin(const Zn_Variant& variant);
-    void BeginArray(Zn_Variant owner, const Zn_VariantList& list)
+    void BeginArray(Zn_Variant object, Zn_Variant owner, const Zn_VariantList& list)
     {
         PutAscii(Sink::kArrayStart);
-        arrays_.push_back({std::move(owner), &list, 0});
+        arrays_.push_back({std::move(object), std::move(owner), &list, 0});
+    }
+    // Whether an array is open that is this object's value. Objects may hold each other in a circle.
+    bool IsOpen(const Zn_Variant& object) const
+    {
+        const auto* sought = object.GetConstObject()->GetObject();
+        return sought && std::ranges::any_of(arrays_, [sought](const OpenArray& array) {
+                   return array.object.GetConstObject()->GetObject() == sought;
+               });
     }
     // The object's default property; where that can't be read, its id.
     // NOLINTNEXTLINE(misc-no-recursion)
@@ -119,7 +129,7 @@ void TextWriter<Sink>::Begin(const Zn_Variant& variant)
         PutAscii("[binary]");
         break;
     case Zn_Variant::Array:
-        BeginArray(Zn_Variant(), *variant.GetConstArray());
+        BeginArray(Zn_Variant(), Zn_Variant(), *variant.GetConstArray());
         break;
     case Zn_Variant::Object:
         BeginObject(variant);
@@ -133,12 +143,10 @@ template <class Sink>
 void TextWriter<Sink>::BeginObject(const Zn_Variant& object)
 {
     // Objects may give themselves, or arrays with themselves inside: both end here.
-    int steps = 0;
-    for (const OpenArray& array : arrays_)
-        steps += array.owner.type == Zn_Variant::Array;
-
+    auto steps =
+        std::ranges::count(arrays_, Zn_Variant::Array, [](const OpenArray& array) { return array.owner.type; });
     Zn_Variant from = object;
-    for (; steps < zn::kMaxDefaultSteps; ++steps) {
+    for (; steps < zn::kMaxDefaultSteps && !IsOpen(from); ++steps) {
         Zn_Variant value;
         const zn::DefaultProperty outcome = zn::ReadDefaultProperty(from, value);
         if (outcome == zn::DefaultProperty::NoObject)
@@ -151,7 +159,7 @@ void TextWriter<Sink>::BeginObject(const Zn_Variant& object)
         }
         if (value.type == Zn_Variant::Array) {
             const Zn_VariantList& list = *value.GetConstArray();
-            BeginArray(std::move(value), list);
+            BeginArray(std::move(from), std::move(value), list);
             return;
         }
         if (value.type != Zn_Variant::Object) {

@@ -24,15 +24,13 @@ TEST(Zn_LogMsg, WritesALine)
     const struct {
         std::u16string_view text;
         const char16_t* field;
-    } cases[] = {
-        {u"", u""},
-        {u"a, b", u"a, b"},
-        {u"\"q\" \\", u"\\\"q\\\" \\\\"},
-        {u"a\r\nb\tc", u"a\\r\\nb\\u0009c"},
-        {{u"\0\x7F", 2}, u"\\u0000\\u007F"},
-        {u"한 \U0001F600", u"한 \U0001F600"},
-        {{u"\xD800 \xDC00", 3}, u"\\uD800 \\uDC00"},
-    };
+    } cases[] = {{u"", u""},
+                 {u"a, b", u"a, b"},
+                 {u"\"q\" \\", u"\\\"q\\\" \\\\"},
+                 {u"a\r\nb\tc", u"a\\r\\nb\\u0009c"},
+                 {{u"\0\x7F", 2}, u"\\u0000\\u007F"},
+                 {u"한 \U0001F600", u"한 \U0001F600"},
+                 {{u"\xD800 \xDC00", 3}, u"\\uD800 \\uDC00"}};
     for (const auto& c : cases) {
         Zn_WString line(u"\"2004-07-15 10:30:00\",\"8\",\"orders\",\"0x83B04002\",\"");
         line += c.field;
@@ -87,7 +85,7 @@ TEST(Zn_LogMsgList, ReadsBackWhatItWrote)
     EXPECT_TRUE(IsEqual(back, log));
     EXPECT_EQ(back.Load(wide.GetView(), 0), 2 * log.Count());
 
-    for (const unsigned codePage : {65001u, 949u, 932u, 1252u}) {
+    for (const unsigned codePage : {65001u, 949u, 932u, 1252u, 1200u, 1201u}) {
         Zn_AString bytes;
         EXPECT_EQ(log.Save(bytes, codePage), log.Count());
         EXPECT_EQ(back.Load(bytes.GetView(), 1, codePage), log.Count());

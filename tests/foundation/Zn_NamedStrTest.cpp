@@ -54,26 +54,10 @@ TEST(NamedStrList, AddingTable)
         {"only 1 replaces", [](L& l) { return l.AddStr(u"NAME", u"b", 2); }, 2, "x=0 Name=a NAME=b"},
         {"AddStr of a new name", [](L& l) { return l.AddStr(u"y", u"1", 1); }, 2, "x=0 Name=a y=1"},
         {"AddStr without a name", [](L& l) { return l.AddStr(u"", u"1", 1); }, -1, "x=0 Name=a"},
-        {"Add replaces name and text",
-         [](L& l) {
-             return l.Add({u"NAME", u"b"}, 1);
-         },
-         1, "x=0 NAME=b"},
-        {"Add never repeats",
-         [](L& l) {
-             return l.Add({u"NAME", u"b"}, 0);
-         },
-         1, "x=0 Name=a"},
-        {"Add of a new name",
-         [](L& l) {
-             return l.Add({u"y", u"1"}, 0);
-         },
-         2, "x=0 Name=a y=1"},
-        {"Add without a name",
-         [](L& l) {
-             return l.Add({u"", u"1"}, 1);
-         },
-         -1, "x=0 Name=a"},
+        {"Add replaces name and text", [](L& l) { return l.Add(Zn_NamedStr(u"NAME", u"b"), 1); }, 1, "x=0 NAME=b"},
+        {"Add never repeats", [](L& l) { return l.Add(Zn_NamedStr(u"NAME", u"b"), 0); }, 1, "x=0 Name=a"},
+        {"Add of a new name", [](L& l) { return l.Add(Zn_NamedStr(u"y", u"1"), 0); }, 2, "x=0 Name=a y=1"},
+        {"Add without a name", [](L& l) { return l.Add(Zn_NamedStr(u"", u"1"), 1); }, -1, "x=0 Name=a"},
         {"an int", [](L& l) { return l.AddStr(Zn_WString(u"X"), 5, 1); }, 0, "x=5 Name=a"},
         {"a long", [](L& l) { return l.AddStr(u"X", -7L, 1); }, 0, "x=-7 Name=a"},
         {"zero", [](L& l) { return l.AddStr(u"y", 0, 0); }, 2, "x=0 Name=a y=0"},

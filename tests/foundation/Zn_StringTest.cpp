@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -93,7 +94,7 @@ TYPED_TEST(StringTest, Pieces)
         EXPECT_EQ(a.Right(row.n), S(row.right));
     }
     EXPECT_EQ(a.Mid(4), S("ef"));
-    EXPECT_EQ(a.Mid(std::numeric_limits<int>::min(), std::numeric_limits<int>::max()), a);
+    EXPECT_EQ(a.Mid(INT_MIN, INT_MAX), a);
 }
 
 TYPED_TEST(StringTest, FindAndReplace)
@@ -155,7 +156,7 @@ TYPED_TEST(StringTest, SafeBufferIsFilledInPlace)
     EXPECT_EQ(a, S("abc"));
     a.FreeExtra(1);
     EXPECT_EQ(a, S("a"));
-    EXPECT_EQ(a.GetSafeBuffer(std::numeric_limits<int>::max()), nullptr) << "larger than a text can be";
+    EXPECT_EQ(a.GetSafeBuffer(INT_MAX), nullptr) << "larger than a text can be";
     EXPECT_EQ(a, S("a"));
     a.FreeExtra(0);
     EXPECT_TRUE(a.IsEmpty());
@@ -177,32 +178,30 @@ TYPED_TEST(StringTest, ReadsNumbers)
         int integer;
         double number;
         bool isNumber;
-    } rows[] = {
-        {"", 0, 0, false},
-        {"12", 12, 12, true},
-        {" \t-7x", -7, -7, false},
-        {"+5", 5, 5, true},
-        {"--5", 0, 0, false},
-        {"2147483648", 2147483647, 2147483648.0, true},
-        {"-99999999999999999999", std::numeric_limits<int>::min(), -1e20, true},
-        {".5", 0, .5, true},
-        {"5.", 5, 5, true},
-        {".", 0, 0, false},
-        {"1.2.3", 1, 1.2, false},
-        {"1e3", 1, 1000, false},
-        {"1e", 1, 1, false},
-        {"1e+", 1, 1, false},
-        {"1.5E-2z", 1, .015, false},
-        {"inf", 0, 0, false},
-        {"nan", 0, 0, false},
-        {"0x10", 0, 0, false},
-        {"1,5", 1, 1, false},
-        {"1e400", 1, HUGE_VAL, false},
-        {"-1e-400", -1, -0.0, false},
-        {"0e999999999999", 0, 0, false},
-        {"1e99999999999999999999", 1, HUGE_VAL, false},
-        {"- 1", 0, 0, false},
-    };
+    } rows[] = {{"", 0, 0, false},
+                {"12", 12, 12, true},
+                {" \t-7x", -7, -7, false},
+                {"+5", 5, 5, true},
+                {"--5", 0, 0, false},
+                {"2147483648", 2147483647, 2147483648.0, true},
+                {"-99999999999999999999", INT_MIN, -1e20, true},
+                {".5", 0, .5, true},
+                {"5.", 5, 5, true},
+                {".", 0, 0, false},
+                {"1.2.3", 1, 1.2, false},
+                {"1e3", 1, 1000, false},
+                {"1e", 1, 1, false},
+                {"1e+", 1, 1, false},
+                {"1.5E-2z", 1, .015, false},
+                {"inf", 0, 0, false},
+                {"nan", 0, 0, false},
+                {"0x10", 0, 0, false},
+                {"1,5", 1, 1, false},
+                {"1e400", 1, HUGE_VAL, false},
+                {"-1e-400", -1, -0.0, false},
+                {"0e999999999999", 0, 0, false},
+                {"1e99999999999999999999", 1, HUGE_VAL, false},
+                {"- 1", 0, 0, false}};
     for (const Row& row : rows) {
         const TypeParam text = S(row.text);
         EXPECT_EQ(text.ToInteger(), row.integer) << row.text;
@@ -226,30 +225,30 @@ TYPED_TEST(StringTest, ReadsLongNumbersExactly)
 TYPED_TEST(StringTest, WritesNumbers)
 {
     TypeParam text;
-    text.Set(std::numeric_limits<int>::min());
+    text.Set(INT_MIN);
     EXPECT_EQ(text, S("-2147483648"));
+    text.Set(2147483647L);
+    EXPECT_EQ(text, S("2147483647"));
     struct Row {
         double value;
         const char* text;
-    } rows[] = {
-        {0, "0"},
-        {-0.0, "-0"},
-        {7, "7"},
-        {-2.5, "-2.5"},
-        {0.1, "0.1"},
-        {1e-5, "0.00001"},
-        {9.9e-6, "9.9e-6"},
-        {1e15, "1000000000000000"},
-        {1.5e16, "15000000000000000"},
-        {99999999999999984.0, "99999999999999980"}, // shortest digits, then zeros
-        {1e17, "1e17"},
-        {-1.25e300, "-1.25e300"},
-        {5e-324, "5e-324"},
-        {HUGE_VAL, "inf"},
-        {-HUGE_VAL, "-inf"},
-        {std::nan(""), "nan"},
-        {123456.789, "123456.789"},
-    };
+    } rows[] = {{0, "0"},
+                {-0.0, "-0"},
+                {7, "7"},
+                {-2.5, "-2.5"},
+                {0.1, "0.1"},
+                {1e-5, "0.00001"},
+                {9.9e-6, "9.9e-6"},
+                {1e15, "1000000000000000"},
+                {1.5e16, "15000000000000000"},
+                {99999999999999984.0, "99999999999999980"},
+                {1e17, "1e17"},
+                {-1.25e300, "-1.25e300"},
+                {5e-324, "5e-324"},
+                {HUGE_VAL, "inf"},
+                {-HUGE_VAL, "-inf"},
+                {std::nan(""), "nan"},
+                {123456.789, "123456.789"}};
     for (const Row& row : rows) {
         text.Set(row.value);
         EXPECT_EQ(text, S(row.text));
@@ -326,7 +325,7 @@ TEST(WString, AppendsEveryKind)
     text += "d";
     text += 'e';
     text += u'f';
-    text += 12;
+    text += 12L;
     text += 0.5;
     text += static_cast<const char*>(nullptr);
     EXPECT_EQ(text, u"abcdef120.5");

@@ -79,16 +79,14 @@ TEST(Text, SkipsWhiteSpaceFromBothSides)
         int first;
         int end;
         int last;
-    } rows[] = {
-        {u" \t\r\n\v\fab \f", 0, 6, -1, 7},
-        {u"ab", 0, 0, -1, 1},
-        {u"  ", 0, 2, -1, -1},
-        {u"", 0, 0, -1, -1},
-        {nullptr, 5, 0, 5, -1},
-        {u"a b", 1, 2, 2, 0},
-        {u"a b", 9, 3, 9, 2},
-        {u"\u00A0", -3, 0, 1, 0},
-    };
+    } rows[] = {{u" \t\r\n\v\fab \f", 0, 6, -1, 7},
+                {u"ab", 0, 0, -1, 1},
+                {u"  ", 0, 2, -1, -1},
+                {u"", 0, 0, -1, -1},
+                {nullptr, 5, 0, 5, -1},
+                {u"a b", 1, 2, 2, 0},
+                {u"a b", 9, 3, 9, 2},
+                {u"\u00A0", -3, 0, 1, 0}};
     for (const Row& row : rows) {
         SCOPED_TRACE(&row - rows);
         EXPECT_EQ(zn_findskipW(row.text, row.from), row.first);

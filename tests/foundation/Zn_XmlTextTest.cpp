@@ -49,13 +49,6 @@ TEST(XmlText, Decodes)
         EXPECT_EQ(Zn_WString(row.text).DecodeXml(), row.decoded) << &row - rows;
 }
 
-TEST(XmlText, NothingToDoSharesTheText)
-{
-    const Zn_WString text(u"nothing special here");
-    EXPECT_EQ(text.EncodeXml().GetText(), text.GetText());
-    EXPECT_EQ(text.DecodeXml().GetText(), text.GetText());
-}
-
 TEST(XmlText, DecodingIsTheReverseOfEncoding)
 {
     std::mt19937 random(41);

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <thread>
@@ -62,15 +62,6 @@ void TouchEverything(Zn_Variant& value)
         *amount += Zn_Currency(1);
     if (Zn_DateTime* date = value.GetDateTime())
         *date += 1.0;
-}
-
-TEST(Zn_Variant, EachKindReadsAs)
-{
-    for (const Kind& kind : Kinds()) {
-        SCOPED_TRACE(kind.name);
-        ExpectReadsAs(kind.value, kind);
-    }
-    EXPECT_EQ(ObjectDouble::alive, 0);
 }
 
 TEST(Zn_Variant, CopiesAndMovesBetweenAllKinds)
@@ -146,29 +137,20 @@ TEST(Zn_Variant, SetsFromPartsOfItself)
 {
     Zn_Variant v(u"some text");
     v.SetStr(v.GetStr()->GetText() + 5);
-    EXPECT_EQ(v.ToString(), u"text");
     v.Set(*v.GetStr());
     v.SetStr(v.GetStr()->GetView().substr(1));
-    EXPECT_EQ(v.ToString(), u"ext");
     v = *&v;
     v = std::move(*&v);
+    EXPECT_EQ(v.ToString(), u"ext");
+    Zn_VariantList list;
+    list.Add(v);
+    v = list;
+    v = std::move(*v.GetArray()->GetSafeItem(0));
     EXPECT_EQ(v.ToString(), u"ext");
     v = Bytes("bytes");
     v.SetBinary(*v.GetBinary());
     v.SetBinary(v.GetBinary()->GetData() + 1, 3);
     EXPECT_EQ(View(*v.GetBinary()), "yte");
-}
-
-TEST(Zn_Variant, IntAndLongMeanInteger)
-{
-    const long big = std::numeric_limits<long>::max();
-    Zn_Variant v(5L);
-    EXPECT_EQ(v.type, Zn_Variant::Integer);
-    v = big;
-    EXPECT_EQ(v.ToInteger(), std::numeric_limits<std::int32_t>::max());
-    v.Set(std::numeric_limits<long>::min());
-    EXPECT_EQ(v.ToInteger(), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(v == std::numeric_limits<long>::min(), sizeof(long) == 4) << "compared as it is, not clamped";
 }
 
 TEST(Zn_Variant, Setters)
@@ -180,6 +162,9 @@ TEST(Zn_Variant, Setters)
         const char* text;
     };
     const Row rows[] = {
+        {"a long", [](Zn_Variant& v) { v = 5L; }, 3, "5"},
+        {"a long beyond 32 bits", [](Zn_Variant& v) { v = LONG_MAX; }, 3, "2147483647"},
+        {"Set of one", [](Zn_Variant& v) { v.Set(LONG_MIN); }, 3, "-2147483648"},
         {"SetStr length", [](Zn_Variant& v) { v.SetStr(u"abc", 2); }, 8, "ab"},
         {"SetStr null", [](Zn_Variant& v) { v.SetStr(static_cast<const char16_t*>(nullptr)); }, 8, ""},
         {"SetText8", [](Zn_Variant& v) { v.SetText8("\xE9", 1, 1252); }, 8, "\xC3\xA9"},
@@ -198,6 +183,10 @@ TEST(Zn_Variant, Setters)
         {"SetDouble", [](Zn_Variant& v) { v.SetDouble(u" 1.5e2x"); }, 5, "150"},
         {"SetDouble null", [](Zn_Variant& v) { v.SetDouble(nullptr); }, 5, "0"},
         {"SetDouble none", [](Zn_Variant& v) { v.SetDouble(u"x"); }, 5, "0"},
+        {"SetDouble hexadecimal", [](Zn_Variant& v) { v.SetDouble(u"-0X1.8p1z"); }, 5, "-3"},
+        {"SetDouble hexadecimal, too large", [](Zn_Variant& v) { v.SetDouble(u"0x1p9999"); }, 5, "inf"},
+        {"SetDouble hexadecimal without digits", [](Zn_Variant& v) { v.SetDouble(u"0xinf"); }, 5, "0"},
+        {"SetDouble infinity", [](Zn_Variant& v) { v.SetDouble(u" -INFinity"); }, 5, "-inf"},
         {"SetBinary", [](Zn_Variant& v) { v.SetBinary(nullptr, 0); }, 13, "[binary]"},
         {"SetObject none", [](Zn_Variant& v) { v.SetObject(nullptr, nullptr, nullptr); }, 0x4000, ""},
     };
@@ -396,6 +385,7 @@ TEST(Zn_Variant, EqualsPlainValues)
     EXPECT_EQ(matches(5), "11110") << "fractions of amounts and dates are ignored";
     EXPECT_EQ(matches(5L), "11110");
     EXPECT_EQ(matches(6), "00000");
+    EXPECT_EQ(Zn_Variant(INT32_MIN) == LONG_MIN, sizeof(long) == 4) << "compared as it is, not clamped";
     EXPECT_EQ(matches(5.0), "11000");
     EXPECT_EQ(matches(5.25), "00110");
     EXPECT_EQ(matches(Zn_Currency(5, 0)), "11000");
@@ -424,7 +414,7 @@ TEST(Zn_Variant, TextOfObjects)
     list.Add(chain);
     list.Add(Zn_Variant(1));
     object.value = Zn_Variant(list); // and that one's value holds it again
-    EXPECT_EQ(chain.ToAString(0).Left(4), "[[[[");
+    EXPECT_EQ(chain.ToAString(0), "[,1]") << "within itself it is empty";
     EXPECT_EQ(chain.ToInteger(), 0);
     object.value = Zn_Variant(u"12");
 
@@ -440,20 +430,11 @@ TEST(Zn_Variant, TextOfObjects)
     }
     object.id.Empty();
     EXPECT_EQ(v.ToString(), u"[object:]");
-}
 
-TEST(Zn_Variant, ObjectThatIsItsOwnValue)
-{
-    ObjectDouble object(u"loop", -1);
+    object.defaultName = u"value";
     object.givesItself = true;
-    Zn_Variant v;
-    v.SetObject(nullptr, nullptr, &object);
-    EXPECT_EQ(v.ToInteger(), 0);
-    EXPECT_EQ(v.ToDouble(), 0.0);
-    EXPECT_EQ(v.ToString(), u"");
+    EXPECT_EQ(v.ToInteger() + v.ToDouble() + v.ToString().GetLength(), 0);
     EXPECT_LT(object.reads, 1000);
-    v.ChangeType(Zn_Variant::Integer);
-    EXPECT_EQ(v.ToInteger(), 0);
 }
 
 TEST(Zn_Variant, TextOfCodePages)
@@ -461,17 +442,9 @@ TEST(Zn_Variant, TextOfCodePages)
     Zn_VariantList list;
     list.Add(Zn_Variant(u"\u00E9"));
     list.Add(Zn_Variant(u"\u20AC"));
-    const Zn_Variant v(list);
-    EXPECT_EQ(v.ToAString(65001), "[\xC3\xA9,\xE2\x82\xAC]");
-    EXPECT_EQ(v.ToAString(1252), "[\xE9,\x80]");
-    EXPECT_EQ(v.ToString(), u"91\u00E9,\u20AC]");
+    EXPECT_EQ(Zn_Variant(list).ToAString(1252), "[\xE9,\x80]");
+    EXPECT_EQ(Zn_Variant(list).ToString(), u"91\u00E9,\u20AC]");
     EXPECT_EQ(Zn_Variant(Zn_VariantList()).ToString(), u"91]");
-    Zn_WString text(u"old");
-    v.GetConstArray()->GetItem(0)->ToString(text);
-    EXPECT_EQ(text, u"\u00E9");
-    Zn_AString text8;
-    v.ToAString(text8, 65001);
-    EXPECT_EQ(text8.GetLength(), 8);
 }
 
 } // namespace
