@@ -38,10 +38,7 @@ TEST(Zn_ErrorMsg, DefaultTableHasItsRowsInOrder)
 
 TEST(Zn_ErrorMsg, KnowsTheTextsThatProgramsCompareWith)
 {
-    const struct {
-        std::uint32_t code;
-        const char* text;
-    } known[] = {
+    const std::pair<std::uint32_t, const char*> known[] = {
         {0x00000000, "Succeeded."},
         {0xFFFFFFFF, "Failed."},
         {0x81000112, "Fail to alloc Memory."},
@@ -65,11 +62,8 @@ TEST(Zn_ErrorMsg, KnowsTheTextsThatProgramsCompareWith)
         {0x23AA0003, "Too many processing job. Use later, please."},
     };
     const Zn_ErrorMsg texts;
-    for (const auto& row : known) {
-        const char* text = texts.GetMsgPtr(1252, static_cast<int>(row.code));
-        ASSERT_NE(text, nullptr) << std::hex << row.code;
-        EXPECT_STREQ(text, row.text);
-    }
+    for (const auto& [code, text] : known)
+        EXPECT_STREQ(texts.GetMsgPtr(1252, static_cast<int>(code)), text) << std::hex << code;
 }
 
 TEST(Zn_ErrorMsg, TranslationsFollowTheirOriginals)

@@ -21,21 +21,18 @@ bool IsEqual(const Zn_LogMsgList& a, const Zn_LogMsgList& b)
 
 TEST(Zn_LogMsg, WritesALine)
 {
-    const struct {
-        std::u16string_view text;
-        const char16_t* field;
-    } cases[] = {{u"", u""},
-                 {u"a, b", u"a, b"},
-                 {u"\"q\" \\", u"\\\"q\\\" \\\\"},
-                 {u"a\r\nb\tc", u"a\\r\\nb\\u0009c"},
-                 {{u"\0\x7F", 2}, u"\\u0000\\u007F"},
-                 {u"한 \U0001F600", u"한 \U0001F600"},
-                 {{u"\xD800 \xDC00", 3}, u"\\uD800 \\uDC00"}};
-    for (const auto& c : cases) {
+    const std::pair<std::u16string_view, const char16_t*> cases[] = {{u"", u""},
+                                                                     {u"a, b", u"a, b"},
+                                                                     {u"\"q\" \\", u"\\\"q\\\" \\\\"},
+                                                                     {u"a\r\nb\tc", u"a\\r\\nb\\u0009c"},
+                                                                     {{u"\0\x7F", 2}, u"\\u0000\\u007F"},
+                                                                     {u"한 \U0001F600", u"한 \U0001F600"},
+                                                                     {{u"\xD800 \xDC00", 3}, u"\\uD800 \\uDC00"}};
+    for (const auto& [text, field] : cases) {
         Zn_WString line(u"\"2004-07-15 10:30:00\",\"8\",\"orders\",\"0x83B04002\",\"");
-        line += c.field;
+        line += field;
         line += u"\"";
-        EXPECT_EQ(Message(c.text).GetLine(), line);
+        EXPECT_EQ(Message(text).GetLine(), line);
     }
 }
 

@@ -63,6 +63,10 @@ TEST_P(PointerSeqSizes, KeepsStepWithAVector)
     const Size size = GetParam();
     std::mt19937 random(20040229);
     const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    const auto place = [&](int limit) {
+        const int ways[] = {0, limit / 2, limit - 1, below(limit)};
+        return ways[below(4)];
+    };
     Pair pair;
     pair.Insert(0, size.start);
     for (int step = 0; step < size.steps; ++step) {
@@ -70,9 +74,9 @@ TEST_P(PointerSeqSizes, KeepsStepWithAVector)
         const bool grow = below(3) != 0 ? step < size.steps / 2 : step >= size.steps / 2;
         const int count = below(size.longest) + 1;
         if (grow || pair.Count() == 0) {
-            pair.Insert(below(pair.Count() + 1), count);
+            pair.Insert(place(pair.Count() + 1), count);
         } else {
-            const int index = below(pair.Count());
+            const int index = place(pair.Count());
             pair.Remove(index, std::min(count, pair.Count() - index));
         }
         if (pair.Count() > 0) {
@@ -90,29 +94,6 @@ INSTANTIATE_TEST_SUITE_P(All, PointerSeqSizes,
                          testing::Values(Size{"Few", 0, 2000, 3}, Size{"FromArrayToChunksAndBack", 2500, 20000, 1},
                                          Size{"ManyChunks", 40000, 30000, 1}, Size{"LongRuns", 10000, 400, 1500}),
                          [](const auto& row) { return row.param.name; });
-
-TEST(PointerSeq, GrowsChunksOnePlaceAtATime)
-{
-    struct Way {
-        const char* name;
-        int (*index)(int count);
-    };
-    const Way ways[] = {{"front", [](int) { return 0; }},
-                        {"middle", [](int count) { return count / 2; }},
-                        {"end", [](int count) { return count; }}};
-    for (const Way& way : ways) {
-        SCOPED_TRACE(way.name);
-        Pair pair;
-        pair.Insert(0, 6000);
-        pair.Insert(10, 1); // into chunks
-        for (int i = 0; i < 6000; ++i)
-            pair.Insert(way.index(pair.Count()), 1);
-        pair.Check();
-        while (pair.Count() > 3)
-            pair.Remove(std::min(way.index(pair.Count()), pair.Count() - 1), 1);
-        pair.Check();
-    }
-}
 
 TEST(PointerSeq, RemovesAnyRangeOfManyChunks)
 {

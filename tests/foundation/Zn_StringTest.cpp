@@ -229,29 +229,26 @@ TYPED_TEST(StringTest, WritesNumbers)
     EXPECT_EQ(text, S("-2147483648"));
     text.Set(2147483647L);
     EXPECT_EQ(text, S("2147483647"));
-    struct Row {
-        double value;
-        const char* text;
-    } rows[] = {{0, "0"},
-                {-0.0, "-0"},
-                {7, "7"},
-                {-2.5, "-2.5"},
-                {0.1, "0.1"},
-                {1e-5, "0.00001"},
-                {9.9e-6, "9.9e-6"},
-                {1e15, "1000000000000000"},
-                {1.5e16, "15000000000000000"},
-                {99999999999999984.0, "99999999999999980"},
-                {1e17, "1e17"},
-                {-1.25e300, "-1.25e300"},
-                {5e-324, "5e-324"},
-                {HUGE_VAL, "inf"},
-                {-HUGE_VAL, "-inf"},
-                {std::nan(""), "nan"},
-                {123456.789, "123456.789"}};
-    for (const Row& row : rows) {
-        text.Set(row.value);
-        EXPECT_EQ(text, S(row.text));
+    const std::pair<double, const char*> rows[] = {{0, "0"},
+                                                   {-0.0, "-0"},
+                                                   {7, "7"},
+                                                   {-2.5, "-2.5"},
+                                                   {0.1, "0.1"},
+                                                   {1e-5, "0.00001"},
+                                                   {9.9e-6, "9.9e-6"},
+                                                   {1e15, "1000000000000000"},
+                                                   {1.5e16, "15000000000000000"},
+                                                   {99999999999999984.0, "99999999999999980"},
+                                                   {1e17, "1e17"},
+                                                   {-1.25e300, "-1.25e300"},
+                                                   {5e-324, "5e-324"},
+                                                   {HUGE_VAL, "inf"},
+                                                   {-HUGE_VAL, "-inf"},
+                                                   {std::nan(""), "nan"},
+                                                   {123456.789, "123456.789"}};
+    for (const auto& [value, written] : rows) {
+        text.Set(value);
+        EXPECT_EQ(text, S(written));
     }
 }
 

@@ -10,10 +10,7 @@ using namespace std::string_view_literals;
 
 TEST(XmlText, Encodes)
 {
-    struct Row {
-        std::u16string_view text;
-        std::u16string_view encoded;
-    } rows[] = {
+    const std::pair<std::u16string_view, std::u16string_view> rows[] = {
         {u"", u""},
         {u"plain \uD55C text", u"plain \uD55C text"},
         {u"a<b>&\"c'", u"a&lt;b&gt;&amp;&quot;c&apos;"},
@@ -23,19 +20,16 @@ TEST(XmlText, Encodes)
         {u"a\rb\vc\0\x1F\x7F\x85"sv, u"a&#xD;b&#xB;c&#x0;&#x1F;&#x7F;&#x85;"},
         {u"\U0001F600|\xD83D|\xDE00|\xD83D"sv, u"\U0001F600|&#xD83D;|&#xDE00;|&#xD83D;"},
     };
-    for (const Row& row : rows) {
-        const Zn_WString text(row.text);
-        EXPECT_EQ(text.EncodeXml(), row.encoded);
+    for (const auto& [plain, encoded] : rows) {
+        const Zn_WString text(plain);
+        EXPECT_EQ(text.EncodeXml(), encoded);
         EXPECT_EQ(text.EncodeXml().DecodeXml(), text);
     }
 }
 
 TEST(XmlText, Decodes)
 {
-    struct Row {
-        std::u16string_view text;
-        std::u16string_view decoded;
-    } rows[] = {
+    const std::pair<std::u16string_view, std::u16string_view> rows[] = {
         {u"&lt;&gt;&amp;&quot;&apos;", u"<>&\"'"},
         {u"&#65;&#x41;&#X6a;&#x00000000000041;&#128512;", u"AAjA\U0001F600"},
         {u"&#xD83D;&#xDE00;", u"\U0001F600"}, // halves that others wrote join
@@ -45,8 +39,8 @@ TEST(XmlText, Decodes)
         {u"&#x110000;&#99999999999999999999;&#x10FFFF;", u"&#x110000;&#99999999999999999999;\U0010FFFF"},
         {u"&&lt;&", u"&<&"},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(Zn_WString(row.text).DecodeXml(), row.decoded) << &row - rows;
+    for (const auto& [text, decoded] : rows)
+        EXPECT_EQ(Zn_WString(text).DecodeXml(), decoded) << Zn_WString(text).ToUtf8();
 }
 
 TEST(XmlText, DecodingIsTheReverseOfEncoding)

@@ -37,11 +37,7 @@ TEST(Zn_Currency, UnitsAndFraction)
 
 TEST(Zn_Currency, ReadsText)
 {
-    struct Row {
-        const char16_t* text;
-        std::int64_t raw;
-    };
-    const Row rows[] = {
+    const std::pair<const char16_t*, std::int64_t> rows[] = {
         {u"12.34", 123400},  {u"19", 100000},           {u"-3", 30000},
         {u"1.23456", 12346}, {u"1.2345", 12345},        {u"1.23454", 12345},
         {u"1.05", 15000},    {u"1.95", 15000},          {u"", 0},
@@ -50,8 +46,8 @@ TEST(Zn_Currency, ReadsText)
         {u"1.00005", 20000}, {u"1.0000", 10000},        {u"1..2", 12000},
         {u"1.2.3", 12300},   {u"1.2e3", 12300},         {u"1.12347778", 11235},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(Zn_Currency(row.text).GetRaw(), row.raw) << Zn_WString(row.text).ToUtf8();
+    for (const auto& [text, raw] : rows)
+        EXPECT_EQ(Zn_Currency(text).GetRaw(), raw) << Zn_WString(text).ToUtf8();
     EXPECT_EQ(Zn_Currency(static_cast<const char16_t*>(nullptr)).GetRaw(), 0);
     EXPECT_EQ(Zn_Currency(std::u16string_view(u"12.34").substr(0, 4)).GetRaw(), 123000) << "a view ends where it ends";
     EXPECT_EQ(Zn_Currency(std::u16string_view(u"1\0002", 3)).GetRaw(), 10000) << "a terminator ends a view too";
@@ -64,15 +60,12 @@ TEST(Zn_Currency, ReadsText)
 
 TEST(Zn_Currency, ReadsDoublesAsText)
 {
-    struct Row {
-        double amount;
-        std::int64_t raw;
-    };
-    for (const Row& row :
+    using Row = std::pair<double, std::int64_t>;
+    for (const auto& [amount, raw] :
          {Row{2.5, 25000}, Row{-2.5, 250000 / 10}, Row{0.0, 0}, Row{19.0, 100000}, Row{1e-7, 0}, Row{123.4567, 1234567},
           Row{0.99999999, 10000}, Row{1e20, Zn_Currency(u"100000000000000000000").GetRaw()},
           Row{std::numeric_limits<double>::infinity(), 0}, Row{std::numeric_limits<double>::quiet_NaN(), 0}})
-        EXPECT_EQ(Zn_Currency(row.amount).GetRaw(), row.raw) << row.amount;
+        EXPECT_EQ(Zn_Currency(amount).GetRaw(), raw) << amount;
     Zn_WString text;
     for (const double amount : {1e300, -std::numeric_limits<double>::max(), 4.9e-324, 1234567.1234565}) {
         text.Format(u"%f", amount);

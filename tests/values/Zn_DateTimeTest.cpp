@@ -132,18 +132,16 @@ TEST(Zn_DateTime, OutsideTheRange)
 
 TEST(Zn_DateTime, ReadsTextByPosition)
 {
-    struct Row {
-        const char16_t* text;
-        double stored;
-    };
     const double july15 = 38183;
-    for (const Row& row : {Row{u"20040715", july15}, Row{u"2004071523", july15 + 8}, Row{u"200407152301", july15 - 14},
-                           Row{u"20040715230117", july15 + 2}, Row{u"20040715103000", 7.0}, Row{u"200407", 7.0},
-                           Row{u"2004", 7.0}, Row{u"04", 7.0}, Row{u"", 7.0}, Row{u"2004-07-15", 7.0},
-                           Row{u"200407159", july15}, Row{u"20040715230117xyz", july15 + 2}, Row{nullptr, 7.0}}) {
+    using Row = std::pair<const char16_t*, double>;
+    for (const auto& [text, stored] :
+         {Row{u"20040715", july15}, Row{u"2004071523", july15 + 8}, Row{u"200407152301", july15 - 14},
+          Row{u"20040715230117", july15 + 2}, Row{u"20040715103000", 7.0}, Row{u"200407", 7.0}, Row{u"2004", 7.0},
+          Row{u"04", 7.0}, Row{u"", 7.0}, Row{u"2004-07-15", 7.0}, Row{u"200407159", july15},
+          Row{u"20040715230117xyz", july15 + 2}, Row{nullptr, 7.0}}) {
         Zn_DateTime date = Zn_DateTime::FromStored(7.0);
-        EXPECT_EQ(date.SetDateTime(row.text), 1);
-        EXPECT_EQ(date.GetStored(), row.stored) << Zn_WString(row.text).ToUtf8();
+        EXPECT_EQ(date.SetDateTime(text), 1);
+        EXPECT_EQ(date.GetStored(), stored) << Zn_WString(text).ToUtf8();
     }
 }
 
@@ -156,13 +154,11 @@ TEST(Zn_DateTime, WritesItsText)
 
 TEST(Zn_DateTime, LinearAndStored)
 {
-    struct Row {
-        double linear, stored;
-    };
-    for (const Row& row : {Row{0, 0}, Row{1.25, 1.25}, Row{-0.75, -1.25}, Row{-1, -1}, Row{-2.5, -3.5}}) {
-        EXPECT_EQ(Zn_DateTime(row.linear).GetStored(), row.stored);
-        EXPECT_EQ(Zn_DateTime::FromStored(row.stored).ToDouble(), row.linear);
-        EXPECT_EQ(Zn_DateTime(row.linear).ToInteger(), static_cast<int>(row.linear));
+    const std::pair<double, double> rows[] = {{0, 0}, {1.25, 1.25}, {-0.75, -1.25}, {-1, -1}, {-2.5, -3.5}};
+    for (const auto& [linear, stored] : rows) {
+        EXPECT_EQ(Zn_DateTime(linear).GetStored(), stored);
+        EXPECT_EQ(Zn_DateTime::FromStored(stored).ToDouble(), linear);
+        EXPECT_EQ(Zn_DateTime(linear).ToInteger(), static_cast<int>(linear));
     }
     EXPECT_EQ(Zn_DateTime(5u).GetStored(), 5.0);
     EXPECT_EQ(Zn_DateTime(1e300).ToInteger(), std::numeric_limits<std::int32_t>::max());

@@ -6,19 +6,6 @@
 
 namespace {
 
-TEST(Zn_VarObjectCtx, Registry)
-{
-    ContextDouble context, other;
-    EXPECT_EQ(Zn_VarObjectCtx::IsValid(&context), 0);
-    EXPECT_EQ(Zn_VarObjectCtx::RegisterContainer(&context), 1);
-    EXPECT_EQ(Zn_VarObjectCtx::RegisterContainer(&context), 0);
-    EXPECT_EQ(Zn_VarObjectCtx::IsValid(&context), 1);
-    EXPECT_EQ(Zn_VarObjectCtx::IsValid(&other), 0);
-    EXPECT_EQ(Zn_VarObjectCtx::UnRegisterContainer(&context), 1);
-    EXPECT_EQ(Zn_VarObjectCtx::UnRegisterContainer(&context), 0);
-    EXPECT_EQ(Zn_VarObjectCtx::IsValid(&context), 0);
-}
-
 TEST(Zn_VarObjectBase, Counts)
 {
     ObjectDouble uncounted(u"u", -1);
@@ -130,13 +117,16 @@ TEST(Zn_VarObject, PartsAndValidity)
     reference.Set(&context, nullptr, &own);
     EXPECT_EQ(reference.GetComponent(), &own);
     EXPECT_EQ(reference.IsValid(), 0) << "not registered";
-    Zn_VarObjectCtx::RegisterContainer(&context);
+    EXPECT_EQ(Zn_VarObjectCtx::RegisterContainer(&context), 1);
+    EXPECT_EQ(Zn_VarObjectCtx::RegisterContainer(&context), 0);
     EXPECT_EQ(reference.IsValid(), 1);
     reference.SetComponent(&component);
     EXPECT_EQ(reference.GetComponent(), &component);
     context.componentValid = 0;
     EXPECT_EQ(reference.IsValid(), 0);
-    Zn_VarObjectCtx::UnRegisterContainer(&context);
+    EXPECT_EQ(Zn_VarObjectCtx::UnRegisterContainer(&context), 1);
+    EXPECT_EQ(Zn_VarObjectCtx::UnRegisterContainer(&context), 0);
+    EXPECT_EQ(Zn_VarObjectCtx::IsValid(&context), 0);
 
     reference.Set(&context, &component, nullptr);
     EXPECT_EQ(reference.GetObject(), &component) << "the component stands for the object";

@@ -201,15 +201,12 @@ TEST(Zn_Variant, Setters)
 
 TEST(Zn_Variant, DoublesBeyondIntegers)
 {
-    struct Row {
-        double number;
-        std::int32_t integer;
-    };
     constexpr double inf = std::numeric_limits<double>::infinity();
-    for (const Row& row :
-         {Row{1e10, INT32_MAX}, Row{-1e10, INT32_MIN}, Row{inf, INT32_MAX}, Row{-inf, INT32_MIN}, Row{std::nan(""), 0},
-          Row{2147483647.9, INT32_MAX}, Row{-2147483648.9, INT32_MIN}, Row{-1.9, -1}})
-        EXPECT_EQ(Zn_Variant(row.number).ToInteger(), row.integer) << row.number;
+    const std::pair<double, std::int32_t> rows[] = {
+        {1e10, INT32_MAX}, {-1e10, INT32_MIN},        {inf, INT32_MAX},           {-inf, INT32_MIN},
+        {std::nan(""), 0}, {2147483647.9, INT32_MAX}, {-2147483648.9, INT32_MIN}, {-1.9, -1}};
+    for (const auto& [number, integer] : rows)
+        EXPECT_EQ(Zn_Variant(number).ToInteger(), integer) << number;
 }
 
 // The target kinds of ChangeType from each kind; null text: nothing changes but the type code.
@@ -301,15 +298,12 @@ TEST(Zn_Variant, RelabelledValuesReadAsEmpty)
 
 TEST(Zn_Variant, TypeNumbers)
 {
-    struct Row {
-        const char16_t* name;
-        int type;
-    };
-    for (const Row& row :
-         {Row{u"Integer", 3}, Row{u"INT", 3}, Row{u"interval", 3}, Row{u"IN", 0}, Row{u"decimal", 5}, Row{u"DECIMA", 0},
-          Row{u"STRING", 8}, Row{u"Strings", 8}, Row{u"currency", 6}, Row{u"DATETIME", 7}, Row{u"BINARY", 0},
-          Row{u"Blobby", 13}, Row{u"array", 8192}, Row{u"NULL", 1}, Row{u"object", 0}, Row{u"", 0}, Row{nullptr, 0}})
-        EXPECT_EQ(Zn_Variant::GetTypeNo(row.name), row.type) << Zn_WString(row.name).ToUtf8();
+    const std::pair<const char16_t*, int> rows[] = {
+        {u"Integer", 3},  {u"INT", 3},     {u"interval", 3}, {u"IN", 0},       {u"decimal", 5}, {u"DECIMA", 0},
+        {u"STRING", 8},   {u"Strings", 8}, {u"currency", 6}, {u"DATETIME", 7}, {u"BINARY", 0},  {u"Blobby", 13},
+        {u"array", 8192}, {u"NULL", 1},    {u"object", 0},   {u"", 0},         {nullptr, 0}};
+    for (const auto& [name, type] : rows)
+        EXPECT_EQ(Zn_Variant::GetTypeNo(name), type) << Zn_WString(name).ToUtf8();
 }
 
 TEST(Zn_Variant, CompareAcrossKinds)
