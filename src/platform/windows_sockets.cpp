@@ -104,7 +104,8 @@ bool SetSocketOption(Socket socket, SocketOption option, bool on) noexcept
     const BOOL value = on;
     if (option == SocketOption::NoDelay)
         return SetOption(socket, IPPROTO_TCP, TCP_NODELAY, &value, sizeof(value));
-    const int name = option == SocketOption::ReuseAddress ? SO_REUSEADDR : SO_KEEPALIVE;
+    // Ports that wait for late packets can be bound again without asking, and SO_REUSEADDR would let two listen on one.
+    const int name = option == SocketOption::ReuseAddress ? SO_EXCLUSIVEADDRUSE : SO_KEEPALIVE;
     return SetOption(socket, SOL_SOCKET, name, &value, sizeof(value));
 }
 

@@ -15,6 +15,18 @@ namespace {
 
 using namespace std::string_view_literals;
 
+// Wine lacks some of the pages that Windows has.
+bool IsThere(unsigned codePage)
+{
+#if defined(_WIN32)
+    using zn::platform::CodePageConverter;
+    return zn::KindOfPage(codePage) < zn::PageKind::PlatformAscii ||
+           CodePageConverter(codePage, CodePageConverter::Direction::ToUtf16).IsOpen();
+#else
+    return codePage != 0;
+#endif
+}
+
 std::u16string Decode(std::string_view bytes, unsigned codePage)
 {
     std::u16string text;
@@ -106,6 +118,8 @@ TEST(CodePage, ReadsAndWrites)
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.codePage);
+        if (!IsThere(row.codePage))
+            continue;
         EXPECT_EQ(Decode(row.bytes, row.codePage), row.text);
         EXPECT_EQ(Encode(row.text, row.codePage), row.bytes);
         // Long enough for several blocks, and at every offset from their borders.
@@ -164,6 +178,8 @@ TEST(CodePage, MissingCharactersAreReplacedOrReferred)
         {65001, u"\xD800|\xDFFF\xDBFF"sv, "\xEF\xBF\xBD|\xEF\xBF\xBD\xEF\xBF\xBD", "&#xD800;|&#xDFFF;&#xDBFF;"},
     };
     for (const Row& row : rows) {
+        if (!IsThere(row.codePage))
+            continue;
         EXPECT_EQ(Encode(row.text, row.codePage), row.replaced) << row.codePage;
         EXPECT_EQ(Encode(row.text, row.codePage, zn::Missing::XmlReference), row.referred) << row.codePage;
     }
@@ -206,10 +222,11 @@ TEST(CodePage, CountsAreExactForWellFormedUtf8)
 TEST(CodePage, ThreadsConvertSideBySide)
 {
     const Zn_WString korean(u"\uD55C\uAD6D\uC5B4 text");
+    const unsigned other = IsThere(51949) ? 51949 : 949;
     const auto work = [&] {
         for (int i = 0; i < 300; ++i) {
             Zn_WString copy = korean; // shares its text with the other threads
-            copy.Set(Zn_AString(copy, -1, i % 2 ? 949 : 51949), -1, 949);
+            copy.Set(Zn_AString(copy, -1, i % 2 ? 949 : other), -1, 949);
             EXPECT_EQ(copy, korean);
             ZnSetLocaleCP(i % 2 ? 949 : 0);
         }

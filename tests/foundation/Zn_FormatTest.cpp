@@ -24,6 +24,13 @@ std::string Both(const char* format, Args... args)
     return narrow.GetText();
 }
 
+// Whether the C library prints a blank in front of numbers without a sign, where the standard has none.
+#if defined(_WIN32)
+constexpr bool kBlankOfUnsigned = true;
+#else
+constexpr bool kBlankOfUnsigned = false;
+#endif
+
 // What the C library prints (in the "C" locale) is what is expected.
 template <class... Args>
 void LikePrintf(const char* format, Args... args)
@@ -42,6 +49,8 @@ TEST(Format, Integers)
     for (const char* flags : {"", "-", "+", " ", "0", "#", "-0", "+0", "#0", "-#", " 0"}) {
         for (const char* size : {"", "1", "8", ".0", ".4", "8.4", "12.8"}) {
             for (const char conversion : {'d', 'i', 'u', 'o', 'x', 'X'}) {
+                if (kBlankOfUnsigned && *flags == ' ' && conversion == 'u')
+                    continue;
                 const std::string format = std::string("[%") + flags + size + conversion + "]";
                 for (const int value : {0, 7, 255, -1, -2147483647 - 1})
                     LikePrintf(format.c_str(), value);

@@ -219,8 +219,10 @@ TEST(Thread, HandleAndThreadAreTwoThings)
     ASSERT_EQ(thread.CreateThread(Mark, &ran, 0, 0), 0);
     const Zn_Thread first = thread;
     ASSERT_EQ(thread.CreateThread(Mark, &ran, 0, 0), 0); // closes the first handle
+#if !defined(_WIN32)                                     // where the new thread may get the number of the closed handle
     EXPECT_NE(thread.handle, first.handle);
     EXPECT_EQ(Zn_Thread(first).ResumeThread(), kFailed);
+#endif
     EXPECT_EQ(thread.WaitThread(), 0);
     EXPECT_TRUE(Eventually([&] { return ran == 2; }));
 }

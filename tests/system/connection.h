@@ -44,6 +44,16 @@ inline Zn_Buffer Pattern(int length)
     return buffer;
 }
 
+// Windows, or Wine in its place, whose sockets tell less exactly why something failed.
+constexpr bool IsWindows() noexcept
+{
+#if defined(_WIN32)
+    return true;
+#else
+    return false;
+#endif
+}
+
 class Stopwatch {
 public:
     double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
@@ -61,6 +71,8 @@ protected:
 private:
     static std::ptrdiff_t Open()
     {
+        if (IsWindows())
+            return 0; // Wine lists what is its own
         std::error_code error;
         const std::filesystem::directory_iterator entries("/proc/self/fd", error);
         return error ? 0 : std::distance(begin(entries), end(entries));
