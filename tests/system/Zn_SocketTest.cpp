@@ -48,8 +48,9 @@ TEST_F(Socket, ListensAndConnects)
 
     Zn_Socket second;
     EXPECT_EQ(second.Create(port, kLoopback, 5), -1);
-    if (!IsWindows())
-        EXPECT_EQ(second.lastError, 10048); // there 10013 is the number too
+    if (!IsWindows()) { // there 10013 is the number too
+        EXPECT_EQ(second.lastError, 10048);
+    }
     EXPECT_EQ(second.handle, Zn_Socket::kClosed);
     EXPECT_EQ(second.Connect(u"localhost", port + 0x10000, 1, 5), 0); // callers rely on the low 16 bits counting
 
@@ -70,8 +71,9 @@ TEST_F(Socket, ConnectionsThatFail)
     for (const int retries : {-1, 0, 1, 3}) {
         Zn_Socket socket;
         EXPECT_EQ(socket.Connect(u"127.0.0.1", port, retries, 5), -1);
-        if (retries <= 1 || !IsWindows()) // Wine tells of the attempts that follow that they were aborted
+        if (retries <= 1 || !IsWindows()) { // Wine tells of the attempts that follow that they were aborted
             EXPECT_EQ(socket.lastError, 10061);
+        }
         EXPECT_EQ(socket.handle, Zn_Socket::kClosed);
     }
     Zn_Socket socket;
@@ -238,8 +240,9 @@ TEST_F(Socket, BrokenFrames)
     EXPECT_EQ(connection.far.RecvPacket(in, 7, 10), 7);
     connection.near.Close(); // resets
     EXPECT_EQ(connection.far.RecvData(in, flag, 10), Zn_Socket::NoLength);
-    if (!IsWindows())
+    if (!IsWindows()) {
         EXPECT_EQ(connection.far.lastError, 10054);
+    }
 }
 
 // Memory that runs out ends the call with a status, wherever it happens.
