@@ -43,8 +43,10 @@ int Zn_Dataset::GetRowIdxNF(int rawRow) const noexcept
 {
     if (!rowMapActive_)
         return rawRow >= 0 && rawRow < rows_.Count() ? rawRow : -1;
+    if (MapEntryLevel(rawRow) != 0)
+        return -1;
     const auto place = std::find(rowMap_.begin(), rowMap_.end(), rawRow);
-    return place == rowMap_.end() || rawRow < 0 ? -1 : static_cast<int>(place - rowMap_.begin());
+    return place == rowMap_.end() ? -1 : static_cast<int>(place - rowMap_.begin());
 }
 
 int Zn_Dataset::GetUpdateRowCount() const noexcept

@@ -237,6 +237,7 @@ TEST(DatasetView, ValuesOfGroupRows)
     table.AddConstStr(u"c", u"constant");
     table.SetGroupStr(u"g");
     ASSERT_EQ(ViewOf(table), "a b 1<0> c 1<3>");
+    EXPECT_EQ(table.GetRowIdxNF(1 << 24), -1) << "no index of a stored row, though a group row's entry";
     EXPECT_EQ(table.GetColumn(2, u"g")->ToString(), u"x");
     EXPECT_EQ(table.GetColumn(2, u"v"), nullptr) << "of two rows";
     EXPECT_EQ(table.GetColumn(4, u"v")->ToInteger(), 3) << "of one";
