@@ -58,7 +58,6 @@ private:
         return static_cast<std::size_t>(stride_) * static_cast<std::size_t>(itemsPerBlock_);
     }
     struct FreeItem;
-    class Guard;
     void* Take() noexcept;
     void PutBack(void* item) noexcept;
     bool Grow() noexcept;

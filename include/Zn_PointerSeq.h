@@ -70,6 +70,7 @@ private:
 
     void** Flat() const noexcept { return reinterpret_cast<void**>(head_ + 1); }
     Chunks& InChunks() const noexcept;
+    static int SizeFor(int room) noexcept;
     bool SetRoom(int room) noexcept;
     bool ToChunks() noexcept;
     void ToFlat() noexcept;

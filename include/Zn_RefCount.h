@@ -34,7 +34,7 @@ public:
     }
     int Get() const noexcept { return count_.load(std::memory_order_acquire); }
 
-private:
+    // Whether the process surely has one thread only.
     static bool IsOnlyThread() noexcept
     {
 #if defined(__GLIBCXX__) && defined(_GLIBCXX_RELEASE) && _GLIBCXX_RELEASE >= 11
@@ -44,5 +44,6 @@ private:
 #endif
     }
 
+private:
     std::atomic<std::int32_t> count_;
 };

@@ -124,10 +124,11 @@ private:
     static void Drop(Char* text) noexcept
     {
         if (text && HeaderOf(text)->refs.Release() == 0)
-            zn_free(HeaderOf(text));
+            FreeBody(HeaderOf(text));
     }
     bool InRange(int pos) const noexcept { return pos >= 0 && pos < GetLength(); }
     static Char* NewBody(int capacity) noexcept;
+    static void FreeBody(Header* header) noexcept;
     bool IsOwn() const noexcept { return text_ && HeaderOf(text_)->refs.Get() == 1; }
     // Changes the capacity of a body that is this string's own.
     bool Resize(int capacity) noexcept;

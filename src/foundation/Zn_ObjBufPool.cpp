@@ -1,54 +1,16 @@
 #include "Zn_ObjBufPool.h"
 
+#include "foundation/asan.h"
 #include "foundation/memory.h"
+#include "foundation/spin_guard.h"
 
 #include <algorithm>
 #include <climits>
 #include <new>
-#include <thread>
-
-// Memory that is not handed out is closed to everybody, so that the sanitizer sees the use of a
-// destroyed item.
-#if defined(__has_feature)
-#    if __has_feature(address_sanitizer)
-#        define ZN_HAS_ASAN 1
-#    endif
-#elif defined(__SANITIZE_ADDRESS__)
-#    define ZN_HAS_ASAN 1
-#endif
-#ifdef ZN_HAS_ASAN
-#    include <sanitizer/asan_interface.h>
-#else
-#    define ASAN_POISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
-#    define ASAN_UNPOISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))
-#endif
 
 // An item given back, seen from where its count was.
 struct Zn_ObjBufPool::FreeItem {
     FreeItem* next;
-};
-
-// The lock is held for a few instructions, but for the rare new block: spinning beats a mutex.
-class Zn_ObjBufPool::Guard {
-public:
-    explicit Guard(const Zn_ObjBufPool& pool) noexcept : locked_(pool.locked_)
-    {
-        while (locked_.exchange(true, std::memory_order_acquire))
-            Wait();
-    }
-    ~Guard() { locked_.store(false, std::memory_order_release); }
-    Guard(const Guard&) = delete;
-    Guard& operator=(const Guard&) = delete;
-
-private:
-    void Wait() const noexcept
-    {
-        for (int spins = 0; locked_.load(std::memory_order_relaxed); ++spins)
-            if (spins >= 64)
-                std::this_thread::yield();
-    }
-
-    std::atomic<bool>& locked_;
 };
 
 Zn_ObjBufPool::Zn_ObjBufPool(const char* name, int itemSize, int itemsPerBlock) noexcept
@@ -72,13 +34,13 @@ Zn_ObjBufPool::~Zn_ObjBufPool()
 
 void* Zn_ObjBufPool::Alloc() noexcept
 {
-    const Guard guard(*this);
+    const zn::SpinGuard guard(locked_);
     return Take();
 }
 
 int Zn_ObjBufPool::Alloc(void** items, int count) noexcept
 {
-    const Guard guard(*this);
+    const zn::SpinGuard guard(locked_);
     for (int i = 0; i < count; ++i)
         if (!(items[i] = Take()))
             return i;
@@ -89,11 +51,11 @@ void* Zn_ObjBufPool::Take() noexcept
 {
     void* memory = free_;
     if (memory) {
-        ASAN_UNPOISON_MEMORY_REGION(memory, static_cast<std::size_t>(stride_));
+        zn::OpenMemory(memory, static_cast<std::size_t>(stride_));
         free_ = free_->next;
     } else if (fresh_ != freshEnd_ || Grow()) {
         memory = fresh_;
-        ASAN_UNPOISON_MEMORY_REGION(memory, static_cast<std::size_t>(stride_));
+        zn::OpenMemory(memory, static_cast<std::size_t>(stride_));
         fresh_ += stride_;
     } else {
         return nullptr;
@@ -110,7 +72,7 @@ void Zn_ObjBufPool::Free(void* item) noexcept
 
 void Zn_ObjBufPool::Free(void* const* items, int count) noexcept
 {
-    const Guard guard(*this);
+    const zn::SpinGuard guard(locked_);
     for (int i = 0; i < count; ++i)
         PutBack(items[i]);
     if (used_ == 0 && blockCount_ > 1)
@@ -120,7 +82,7 @@ void Zn_ObjBufPool::Free(void* const* items, int count) noexcept
 void Zn_ObjBufPool::PutBack(void* item) noexcept
 {
     free_ = new (Zn_ObjBufData::FromItem(item)) FreeItem{free_};
-    ASAN_POISON_MEMORY_REGION(free_, static_cast<std::size_t>(stride_));
+    zn::CloseMemory(free_, static_cast<std::size_t>(stride_));
     --used_;
 }
 
@@ -151,7 +113,7 @@ void Zn_ObjBufPool::Shrink() noexcept
 {
     while (blockCount_ > 1) {
         unsigned char* block = blocks_[--blockCount_];
-        ASAN_UNPOISON_MEMORY_REGION(block, BlockSize());
+        zn::OpenMemory(block, BlockSize());
         zn_free(block);
     }
     free_ = nullptr;
@@ -162,12 +124,12 @@ void Zn_ObjBufPool::OpenBlock(unsigned char* block) noexcept
 {
     fresh_ = block;
     freshEnd_ = block + BlockSize();
-    ASAN_POISON_MEMORY_REGION(block, BlockSize());
+    zn::CloseMemory(block, BlockSize());
 }
 
 bool Zn_ObjBufPool::Owns(const void* item) const noexcept
 {
-    const Guard guard(*this);
+    const zn::SpinGuard guard(locked_);
     const auto address = reinterpret_cast<std::uintptr_t>(item) - sizeof(Zn_ObjBufData);
     const auto offsetIn = [&](int block) { return address - reinterpret_cast<std::uintptr_t>(blocks_[block]); };
     int block = lastOwner_;
@@ -188,6 +150,6 @@ bool Zn_ObjBufPool::Owns(const void* item) const noexcept
 
 int Zn_ObjBufPool::GetUsedCount() const noexcept
 {
-    const Guard guard(*this);
+    const zn::SpinGuard guard(locked_);
     return used_;
 }

@@ -2,6 +2,7 @@
 
 #include "foundation/memory.h"
 #include "foundation/part_index.h"
+#include "foundation/small_blocks.h"
 
 #include <algorithm>
 #include <atomic>
@@ -205,13 +206,19 @@ std::span<void*> Zn_PointerSeq::Run(int index) const noexcept
             static_cast<std::size_t>(chunks.Used()[place.part] - place.offset)};
 }
 
+// Bytes of a head with that many places behind it.
+int Zn_PointerSeq::SizeFor(int room) noexcept
+{
+    return static_cast<int>(sizeof(Head)) + room * kPointer;
+}
+
 // Gives the array room for that many places.
 bool Zn_PointerSeq::SetRoom(int room) noexcept
 {
     if (room > kMost)
         return false;
     const bool fresh = head_ == Empty(head_->tag);
-    void* memory = zn::Reallocate(fresh ? nullptr : head_, static_cast<int>(sizeof(Head)) + room * kPointer);
+    void* memory = zn::ResizeBlock(fresh ? nullptr : head_, SizeFor(head_->room), SizeFor(room));
     if (!memory)
         return false;
     head_ = fresh ? new (memory) Head{0, room, head_->tag} : static_cast<Head*>(memory);
@@ -248,7 +255,7 @@ bool Zn_PointerSeq::ToChunks() noexcept
     }
     chunks->count = head_->count;
     chunks->Rebuild();
-    zn_free(head_);
+    zn::GiveBlock(head_, SizeFor(head_->room));
     head_ = chunks;
     return true;
 }
@@ -394,5 +401,5 @@ void Zn_PointerSeq::Clear() noexcept
     if (old->room < 0)
         Chunks::Free(static_cast<Chunks*>(old));
     else if (old != head_)
-        zn_free(old);
+        zn::GiveBlock(old, SizeFor(old->room));
 }

@@ -2,8 +2,8 @@
 #include "Zn_WString.h"
 
 #include "foundation/brace.h"
-#include "foundation/memory.h"
 #include "foundation/number_text.h"
+#include "foundation/small_blocks.h"
 
 #include <algorithm>
 #include <cstring>
@@ -33,13 +33,19 @@ int SizeOfBody(int capacity, std::size_t header) noexcept
 template <class Char, class Self>
 Char* Zn_StringBase<Char, Self>::NewBody(int capacity) noexcept
 {
-    void* memory = _zn_malloc(SizeOfBody<Char>(capacity, sizeof(Header)));
+    void* memory = zn::TakeBlock(SizeOfBody<Char>(capacity, sizeof(Header)));
     if (!memory)
         return nullptr;
     auto* header = new (memory) Header{{1}, 0, capacity};
     Char* text = reinterpret_cast<Char*>(header + 1);
     text[0] = Char(0);
     return text;
+}
+
+template <class Char, class Self>
+void Zn_StringBase<Char, Self>::FreeBody(Header* header) noexcept
+{
+    zn::GiveBlock(header, SizeOfBody<Char>(header->capacity, sizeof(Header)));
 }
 
 template <class Char, class Self>
@@ -67,7 +73,9 @@ bool Zn_StringBase<Char, Self>::MakeOwn(int capacity) noexcept
 template <class Char, class Self>
 bool Zn_StringBase<Char, Self>::Resize(int capacity) noexcept
 {
-    void* memory = zn::Reallocate(HeaderOf(text_), SizeOfBody<Char>(capacity, sizeof(Header)));
+    Header* old = HeaderOf(text_);
+    void* memory = zn::ResizeBlock(old, SizeOfBody<Char>(old->capacity, sizeof(Header)),
+                                   SizeOfBody<Char>(capacity, sizeof(Header)));
     if (!memory)
         return false;
     auto* header = static_cast<Header*>(memory);

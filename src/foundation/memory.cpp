@@ -9,7 +9,9 @@ namespace {
 std::atomic<int> countdown{0};
 std::atomic<bool> failed{false};
 
-bool MustFail() noexcept
+} // namespace
+
+bool zn::AllocationMustFail() noexcept
 {
     if (countdown.load(std::memory_order_relaxed) <= 0) [[likely]]
         return false;
@@ -19,11 +21,9 @@ bool MustFail() noexcept
     return true;
 }
 
-} // namespace
-
 void* _zn_malloc(int size) noexcept
 {
-    return size < 1 || MustFail() ? nullptr : std::malloc(static_cast<std::size_t>(size));
+    return size < 1 || zn::AllocationMustFail() ? nullptr : std::malloc(static_cast<std::size_t>(size));
 }
 
 void zn_free(void* memory) noexcept
@@ -33,7 +33,7 @@ void zn_free(void* memory) noexcept
 
 void* zn::Reallocate(void* memory, int size) noexcept
 {
-    return size < 1 || MustFail() ? nullptr : std::realloc(memory, static_cast<std::size_t>(size));
+    return size < 1 || zn::AllocationMustFail() ? nullptr : std::realloc(memory, static_cast<std::size_t>(size));
 }
 
 void zn::FailAllocation(int n) noexcept

@@ -15,6 +15,8 @@ void* Reallocate(void* memory, int size) noexcept;
 // Lets the n-th allocation from now on fail, once (1 is the next); 0 switches failing off. Of one thread's
 // use at a time: meant for tests.
 void FailAllocation(int n) noexcept;
+// Whether the allocation that asks is the one to fail; every allocator of the library's own asks.
+bool AllocationMustFail() noexcept;
 // Whether the allocation asked for has failed since.
 bool AllocationFailed() noexcept;
 

@@ -1,54 +1,98 @@
 #include "foundation/utf8.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#    define ZN_HAS_SSE2 1
+#    include <emmintrin.h>
+#endif
 
 namespace zn {
 
 namespace {
 
-template <class Unit, std::size_t kCount>
-bool AllAscii(const Unit (&block)[kCount]) noexcept
+// Copies a block of units as if all were ASCII and returns how many at its front are: what was written for those
+// behind them means nothing. Blocks have 4, 8 or 16 units.
+#ifdef ZN_HAS_SSE2
+template <std::size_t kCount>
+std::size_t CountFront(__m128i marks) noexcept
 {
-    constexpr std::uint64_t kHigh = sizeof(Unit) == 1 ? 0x8080808080808080u : 0xFF80FF80FF80FF80u;
-    std::uint64_t words[(sizeof block + 7) / 8] = {};
-    std::memcpy(words, block, sizeof block);
-    std::uint64_t all = 0;
-    for (const std::uint64_t word : words)
-        all |= word;
-    return (all & kHigh) == 0;
+    return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(marks)) | 1u << kCount));
 }
 
-// One step of the ASCII path: copies a block when there is that much and all of it is ASCII. The loop has a fixed
-// count and works on local copies, which is what compilers turn into a few vector instructions.
-template <std::size_t kCount, class From, class To>
-bool CopyAsciiBlock(const From* in, std::size_t left, To* out) noexcept
+template <std::size_t kCount>
+std::size_t CopyBlock(const char* in, char16_t* out) noexcept
 {
-    if (left < kCount)
-        return false;
-    From block[kCount];
+    __m128i bytes = _mm_setzero_si128();
+    std::memcpy(&bytes, in, kCount);
+    const __m128i low = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
+    std::memcpy(out, &low, kCount == 4 ? 8 : 16);
+    if constexpr (kCount == 16) {
+        const __m128i high = _mm_unpackhi_epi8(bytes, _mm_setzero_si128());
+        std::memcpy(out + 8, &high, 16);
+    }
+    return CountFront<kCount>(bytes);
+}
+
+template <std::size_t kCount>
+std::size_t CopyBlock(const char16_t* in, char* out) noexcept
+{
+    __m128i low = _mm_setzero_si128(), high = _mm_setzero_si128();
+    std::memcpy(&low, in, kCount == 4 ? 8 : 16);
+    if constexpr (kCount == 16)
+        std::memcpy(&high, in + 8, 16);
+    const __m128i packed = _mm_packus_epi16(low, high);
+    std::memcpy(out, &packed, kCount);
+    // Sets the highest bit of what is 0x80 or more, and keeps it in the byte.
+    const __m128i step = _mm_set1_epi16(0x7F80);
+    return CountFront<kCount>(_mm_packs_epi16(_mm_adds_epu16(low, step), _mm_adds_epu16(high, step)));
+}
+#else
+template <std::size_t kCount, class From, class To>
+std::size_t CopyBlock(const From* in, To* out) noexcept
+{
+    From block[kCount]; // a fixed count and local copies are what compilers turn into vector instructions
     std::memcpy(block, in, sizeof block);
-    if (!AllAscii(block))
-        return false;
     To put[kCount];
-    for (std::size_t i = 0; i < kCount; ++i)
+    unsigned all = 0;
+    for (std::size_t i = 0; i < kCount; ++i) {
         put[i] = static_cast<To>(block[i]);
+        all |= static_cast<std::make_unsigned_t<From>>(block[i]);
+    }
     std::memcpy(out, put, sizeof put);
-    return true;
+    std::size_t front = all < 0x80 ? kCount : 0;
+    while (front < kCount && static_cast<std::make_unsigned_t<From>>(block[front]) < 0x80)
+        ++front;
+    return front;
+}
+#endif
+
+// A run of at least one block. The last block ends with the text and may copy once more what the one before has.
+template <std::size_t kCount, class From, class To>
+std::size_t CopyBlocks(const From* in, std::size_t count, To* out) noexcept
+{
+    for (std::size_t at = 0;;) {
+        const std::size_t front = CopyBlock<kCount>(in + at, out + at);
+        if (front < kCount || at + kCount == count)
+            return at + front;
+        at = std::min(at + kCount, count - kCount);
+    }
 }
 
 template <class From, class To>
 std::size_t CopyAsciiRun(const From* in, std::size_t count, To* out) noexcept
 {
+    if (count >= 16)
+        return CopyBlocks<16>(in, count, out);
+    if (count >= 8)
+        return CopyBlocks<8>(in, count, out);
+    if (count >= 4)
+        return CopyBlocks<4>(in, count, out);
     std::size_t at = 0;
-    while (CopyAsciiBlock<16>(in + at, count - at, out + at))
-        at += 16;
-    // The rest of the run is shorter than that: most texts of a table are, too.
-    if (CopyAsciiBlock<8>(in + at, count - at, out + at))
-        at += 8;
-    if (CopyAsciiBlock<4>(in + at, count - at, out + at))
-        at += 4;
     for (; at < count && static_cast<std::make_unsigned_t<From>>(in[at]) < 0x80; ++at)
         out[at] = static_cast<To>(in[at]);
     return at;
