@@ -12,6 +12,9 @@
 #include <span>
 
 class Zn_AString;
+namespace zn {
+class ByteWriter;
+}
 
 class ZN_API Zn_Buffer {
 public:
@@ -64,6 +67,8 @@ public:
     friend bool operator==(const Zn_Buffer& a, const Zn_Buffer& b) noexcept { return a.IsEqual(b); }
 
 private:
+    friend class zn::ByteWriter;
+
     // In front of the bytes.
     struct Header {
         Zn_RefCount refs;

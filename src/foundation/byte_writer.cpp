@@ -20,25 +20,29 @@ ByteWriter::ByteWriter(Zn_Buffer& out, unsigned codePage) noexcept
 {
 }
 
+// Doubles the room that was used up. What is new of it is not touched before it is written.
 bool ByteWriter::Grow(std::size_t count) noexcept
 {
     constexpr std::size_t kFirst = 64;
     constexpr std::size_t kMost = 0x7FFFFF00;
     const std::size_t used = begin_ ? static_cast<std::size_t>(at_ - begin_) : static_cast<std::size_t>(length_);
+    if (count > kMost - used)
+        return false;
     const std::size_t wanted = std::max(used + count, std::min(kMost, begin_ ? 2 * used : used + kFirst));
-    unsigned char* grown = wanted > kMost ? nullptr : out_.GetSafeBuffer(static_cast<int>(wanted));
+    // The first step is the buffer's own, so that a buffer to which many writers add a little grows as it always does.
+    const bool grown = begin_ ? out_.MakeOwn(static_cast<int>(wanted)) : out_.MakeRoom(static_cast<int>(wanted - used));
     if (!grown)
         return false;
-    begin_ = grown;
-    at_ = grown + used;
-    end_ = grown + wanted;
+    begin_ = out_.data_;
+    at_ = begin_ + used;
+    end_ = begin_ + Zn_Buffer::HeaderOf(begin_)->capacity;
     return true;
 }
 
 int ByteWriter::Finish() noexcept
 {
     if (begin_)
-        out_.SetSize(static_cast<int>(at_ - begin_));
+        Zn_Buffer::HeaderOf(begin_)->length = static_cast<int>(at_ - begin_);
     begin_ = at_ = end_ = nullptr;
     length_ = out_.GetLength();
     return length_;
@@ -46,15 +50,18 @@ int ByteWriter::Finish() noexcept
 
 void ByteWriter::PutBytes(std::span<const unsigned char> bytes) noexcept
 {
-    if (unsigned char* to = bytes.empty() ? nullptr : Room(bytes.size()))
-        std::memcpy(to, bytes.data(), bytes.size());
+    unsigned char* to = bytes.empty() ? nullptr : Open(bytes.size());
+    if (!to)
+        return;
+    std::memcpy(to, bytes.data(), bytes.size());
+    Close(to + bytes.size());
 }
 
 void ByteWriter::PutText(std::u16string_view text) noexcept
 {
     constexpr std::size_t kCount = 2;
     const std::size_t room = isUtf8_ ? kUtf8Slack + 3 * std::min(text.size(), kBlockUnits) : 0;
-    unsigned char* to = Room(kCount + room);
+    unsigned char* to = Open(kCount + room);
     if (!to)
         return;
     // A long text, or an unpaired surrogate, is left to the encoder.
@@ -62,13 +69,13 @@ void ByteWriter::PutText(std::u16string_view text) noexcept
     std::size_t length = whole.written;
     if (whole.read < text.size()) {
         const auto start = static_cast<std::size_t>(to - begin_);
-        at_ = to + kCount + length;
+        Close(to + kCount + length);
         length += PutEncoded(text.substr(whole.read));
         to = begin_ + start;
     }
     const auto counted = static_cast<std::uint16_t>(length);
     PutBe16(to, counted);
-    at_ = to + kCount + counted;
+    Close(to + kCount + counted);
 }
 
 std::size_t ByteWriter::PutEncoded(std::u16string_view text) noexcept
@@ -79,16 +86,16 @@ std::size_t ByteWriter::PutEncoded(std::u16string_view text) noexcept
     std::size_t written = 0;
     while (!text.empty()) {
         const std::size_t room = 3 * std::min(text.size(), kBlockUnits) + kSlack;
-        unsigned char* to = Room(room);
+        unsigned char* to = Open(room);
         if (!to)
             return written;
         const std::size_t count = encoder_->Next(text, reinterpret_cast<char*>(to), room);
-        at_ = to + count;
+        Close(to + count);
         written += count;
     }
-    if (unsigned char* to = Room(kSlack)) {
+    if (unsigned char* to = Open(kSlack)) {
         const std::size_t count = encoder_->Finish(reinterpret_cast<char*>(to));
-        at_ = to + count;
+        Close(to + count);
         written += count;
     }
     return written;

@@ -1,7 +1,7 @@
 // Appends many small fields to a buffer at the speed of plain stores: the base of every binary encoder.
 //
 // The buffer belongs to the writer until Finish (or its destructor) gives it its true length. When memory runs
-// out, nothing more is written.
+// out, nothing more is written. What makes room for several fields at once writes them with Open and Close.
 #pragma once
 
 #include "Zn_Buffer.h"
@@ -22,20 +22,26 @@ public:
     ByteWriter(const ByteWriter&) = delete;
     ByteWriter& operator=(const ByteWriter&) = delete;
 
+    // Where the next fields go, with room for count bytes; null when memory ran out. Close tells where they end.
+    unsigned char* Open(std::size_t count) noexcept
+    {
+        return static_cast<std::size_t>(end_ - at_) >= count || Grow(count) ? at_ : nullptr;
+    }
+    void Close(unsigned char* end) noexcept { at_ = end; }
+
     void Put16(std::uint16_t value) noexcept
     {
-        if (unsigned char* to = Room(2))
+        if (unsigned char* to = Open(2)) {
             PutBe16(to, value);
+            Close(to + 2);
+        }
     }
     void Put32(std::uint32_t value) noexcept
     {
-        if (unsigned char* to = Room(4))
+        if (unsigned char* to = Open(4)) {
             PutBe32(to, value);
-    }
-    void Put64(std::uint64_t value) noexcept
-    {
-        if (unsigned char* to = Room(8))
-            PutBe64(to, value);
+            Close(to + 4);
+        }
     }
     void PutBytes(std::span<const unsigned char> bytes) noexcept;
     // A text behind a 16-bit count of its bytes. Callers rely on a text of 64 KiB or more being cut to the low 16 bits
@@ -45,15 +51,6 @@ public:
     int Finish() noexcept;
 
 private:
-    // Where the next count bytes go, null when memory ran out.
-    unsigned char* Room(std::size_t count) noexcept
-    {
-        if (static_cast<std::size_t>(end_ - at_) < count && !Grow(count))
-            return nullptr;
-        unsigned char* to = at_;
-        at_ += count;
-        return to;
-    }
     bool Grow(std::size_t count) noexcept;
     std::size_t PutEncoded(std::u16string_view text) noexcept;
 

@@ -7,30 +7,35 @@
 
 void Zn_Variant::SaveTo(zn::ByteWriter& out) const
 {
-    out.Put16(type);
+    constexpr std::size_t kMostFixed = 10; // a type and a number
+    unsigned char* to = out.Open(kMostFixed);
+    if (!to)
+        return;
+    zn::PutBe16(to, type);
+    to += 2;
     switch (type) {
     case Integer:
-        out.Put32(static_cast<std::uint32_t>(HeldInteger()));
-        break;
+        zn::PutBe32(to, static_cast<std::uint32_t>(HeldInteger()));
+        return out.Close(to + 4);
     case Decimal:
-        out.Put64(std::bit_cast<std::uint64_t>(HeldDecimal()));
-        break;
+        zn::PutBe64(to, std::bit_cast<std::uint64_t>(HeldDecimal()));
+        return out.Close(to + 8);
     case Currency:
         // Callers rely on the low word standing where Load looks for the high one.
-        out.Put64(static_cast<std::uint64_t>(GetConstCurrency()->GetRaw()) << 32);
-        break;
+        zn::PutBe64(to, static_cast<std::uint64_t>(GetConstCurrency()->GetRaw()) << 32);
+        return out.Close(to + 8);
     case Date:
-        out.PutText(live_ == Text ? value_.text : GetConstDateTime()->ToString());
-        break;
+        out.Close(to);
+        return out.PutText(live_ == Text ? value_.text : GetConstDateTime()->ToString());
     case String:
-        out.PutText(*GetConstStr());
-        break;
+        out.Close(to);
+        return out.PutText(*GetConstStr());
     case Binary:
-        out.Put32(static_cast<std::uint32_t>(GetConstBinary()->GetLength()));
-        out.PutBytes(GetConstBinary()->GetSpan());
-        break;
+        zn::PutBe32(to, static_cast<std::uint32_t>(GetConstBinary()->GetLength()));
+        out.Close(to + 4);
+        return out.PutBytes(GetConstBinary()->GetSpan());
     default:
-        break;
+        return out.Close(to);
     }
 }
 
