@@ -24,6 +24,8 @@ public:
     virtual int _CompareItem(void* a, void* b) = 0;
 
     virtual ~Zn_ListObjHandler();
+    // Destroys several.
+    virtual void _FreeItems(void* const* items, int count);
 
     Zn_ObjBufPool& GetPool() noexcept { return pool_; }
     // A default item of count 0, for a list to take over by link; null when memory runs out.
@@ -38,9 +40,13 @@ public:
     void Drop(void* item);
     // The same for several; null is passed over. What stands in items afterwards is undefined.
     void DropItems(void** items, int count);
+    // The same for the items of a run of the pool, which bit i of taken tells for the i-th behind the first. All memory
+    // of the run goes back but that of items which others hold.
+    void DropRun(void* first, int count, std::uint64_t taken);
 
 private:
     void Destroy(void** items, int count);
+    void DestroyWaiting();
 
     Zn_ObjBufPool pool_;
 };

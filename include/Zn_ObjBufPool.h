@@ -43,12 +43,23 @@ public:
     // Null does nothing. With the last item of all, the pool gives its memory back but for one block.
     void Free(void* item) noexcept;
     void Free(void* const* items, int count) noexcept;
+    // Memory of count items that stand one behind the other, each GetStride() bytes from the next; null when that many
+    // can't. They are given back together, or one by one as the others are.
+    void* AllocRun(int count) noexcept;
+    void FreeRun(void* first, int count) noexcept;
+    static constexpr int kLongestRun = 63;
     // Whether an address is an item of this pool (handed out or not).
     bool Owns(const void* item) const noexcept;
 
     const char* GetName() const noexcept { return name_; }
     int GetItemSize() const noexcept { return itemSize_; }
     int GetItemsPerBlock() const noexcept { return itemsPerBlock_; }
+    // Bytes from one item to the next of a run.
+    int GetStride() const noexcept { return stride_; }
+    static constexpr int StrideOf(int itemSize) noexcept
+    {
+        return static_cast<int>(sizeof(Zn_ObjBufData)) + (itemSize + 7) / 8 * 8;
+    }
     // Items handed out and not yet given back.
     int GetUsedCount() const noexcept;
 
@@ -60,6 +71,13 @@ private:
     struct FreeItem;
     void* Take() noexcept;
     void PutBack(void* item) noexcept;
+    unsigned char* TakeRun(int count) noexcept;
+    unsigned char* PopRun(int count) noexcept;
+    void PutRun(unsigned char* run, int count) noexcept;
+    std::size_t RunSize(int count) const noexcept
+    {
+        return static_cast<std::size_t>(stride_) * static_cast<std::size_t>(count);
+    }
     bool Grow() noexcept;
     void Shrink() noexcept;
     void OpenBlock(unsigned char* block) noexcept;
@@ -70,7 +88,9 @@ private:
     int stride_; // from one item's count to the next
     int used_ = 0;
     FreeItem* free_ = nullptr;
-    unsigned char* fresh_ = nullptr; // not yet used part of the newest block
+    FreeItem* freeRuns_[kLongestRun + 1] = {}; // by their length, from 2 on
+    std::uint64_t freeLengths_ = 0;            // a bit for each length of which there is a run
+    unsigned char* fresh_ = nullptr;           // not yet used part of the newest block
     unsigned char* freshEnd_ = nullptr;
     unsigned char** blocks_ = nullptr; // in the order of their addresses
     int blockCount_ = 0;

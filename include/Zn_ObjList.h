@@ -51,7 +51,8 @@ public:
     int Exchange(int a, int b) noexcept;
     // Index of the first item that the handler's compare finds equal, -1 when there is none.
     int FindItem(const void* item) const;
-    // Room for n items.
+    // Room for n items. An empty list of few places keeps the items that it makes one behind the other, without
+    // pointers, until more come, one goes or one is linked.
     void AllocItems(int n);
     // Replaces by, or appends, copies; returns the new count. With option 1 appending follows Add.
     int AssignList(const Zn_ObjList& other);
@@ -65,6 +66,11 @@ public:
     void* NewItem() { return handler_->NewItem(); }
 
 protected:
+    // GetItem where the stride of the handler's pool is known (0: it is not).
+    void* ItemAt(int index, int stride) const noexcept
+    {
+        return stride != 0 ? places_.At(index, stride) : places_.At(index);
+    }
     // Adds count absent places at an index; -1 when it can't.
     int InsertAbsent(int index, int count);
     // Add at the end whatever the option says.
@@ -91,6 +97,9 @@ protected:
     void SwapList(Zn_ObjList& other) noexcept;
 
 private:
+    bool BeginStrip(int room) noexcept;
+    bool LeaveStrip() noexcept;
+    void* MakeInStrip(int index);
     bool IsOrdered() const noexcept { return GetOption() == 1; }
     int ClampIndex(int index) const noexcept { return index < 0 ? 0 : index > Count() ? Count() : index; }
     int FindPlace(const void* item, bool& found) const;

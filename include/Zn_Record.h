@@ -10,7 +10,6 @@
 
 namespace zn {
 class ByteWriter;
-class RecordBuilder;
 } // namespace zn
 class Zn_OriginalIndex;
 
@@ -38,9 +37,6 @@ public:
     Zn_Variant* GetSafeItem(int idx) { return Zn_VariantList::GetSafeItem(idx, 1); }
     // The same, but the places before it become absent ones.
     Zn_Variant* MakeSlot(int idx);
-    // Adds values at the end that are made by NewItem (null: absent places) and become the record's; 0, and they stay
-    // the caller's, when it can't.
-    int AppendValues(void* const* values, int count) { return AppendNew(values, count); }
 
     int GetType() const noexcept { return static_cast<int>(flags_ & 0xFF); }
     void SetType(int type) noexcept { flags_ = (flags_ & 0xFF00) | static_cast<std::uint32_t>(type); }
@@ -66,8 +62,8 @@ public:
     // Reads it at offset; returns the offset behind it. Data cut short gives the buffer's length; a value that
     // can't be read clears the record and gives its negative result.
     int Load(const Zn_Buffer& in, int offset, unsigned codePage);
-    // The same with the builder of a decoder that reads many records.
-    int LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::RecordBuilder& values);
+    // The same from a buffer that is none of the record's values.
+    int LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage);
 
     static void InitWithMemory(Zn_Record* memory) { Zn_InitInPlace(memory); }
     static void FreeWithMemory(Zn_Record* item) { Zn_FreeInPlace(item); }

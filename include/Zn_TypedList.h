@@ -22,6 +22,7 @@
 #include <cstddef>
 #include <iterator>
 #include <new>
+#include <type_traits>
 
 template <class Item>
 class Zn_TypedHandler : public Zn_ListObjHandler {
@@ -37,6 +38,11 @@ public:
         return memory;
     }
     void _FreeItem(void* item) override { Item::FreeWithMemory(static_cast<Item*>(item)); }
+    void _FreeItems(void* const* items, int count) override
+    {
+        for (int i = 0; i < count; ++i)
+            Item::FreeWithMemory(static_cast<Item*>(items[i]));
+    }
     void _AssignItem(void* dst, void* src) override { static_cast<Item*>(dst)->Set(*static_cast<const Item*>(src)); }
 };
 
@@ -73,7 +79,7 @@ public:
     Zn_TypedList() noexcept : Zn_ObjList(&Handler::Instance(), DefaultOption) {}
     explicit Zn_TypedList(int option) noexcept : Zn_ObjList(&Handler::Instance(), option) {}
 
-    const Item* GetItem(int index) const noexcept { return static_cast<const Item*>(Zn_ObjList::GetItem(index)); }
+    const Item* GetItem(int index) const noexcept { return static_cast<const Item*>(ItemAt(index, kStride)); }
     // The shared empty item, always the same, instead of null. Never change it.
     const Item* GetItemNN(int index) const noexcept
     {
@@ -82,7 +88,7 @@ public:
     }
     const Item* operator[](int index) const noexcept { return GetItemNN(index); }
     // Writable item, or null.
-    Item* GetSafeItem(int index) noexcept { return static_cast<Item*>(Zn_ObjList::GetItem(index)); }
+    Item* GetSafeItem(int index) noexcept { return static_cast<Item*>(ItemAt(index, kStride)); }
 
     // The forms that take a pointer are templates, so that a literal 0 is the number where items are made of numbers.
     int Add(const Item& item) { return Zn_ObjList::Add(&item); }
@@ -145,6 +151,11 @@ public:
     };
     Iterator begin() const noexcept { return Iterator(this, 0); }
     Iterator end() const noexcept { return Iterator(this, Count()); }
+
+private:
+    // 0 where the handler says by itself how large its items are.
+    static constexpr int kStride =
+        std::is_base_of_v<Zn_TypedHandler<Item>, Handler> ? Zn_ObjBufPool::StrideOf(static_cast<int>(sizeof(Item))) : 0;
 };
 
 // A name to look up, from wide text of any kind. A null pointer stays null: it names nothing.

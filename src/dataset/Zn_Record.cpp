@@ -1,12 +1,9 @@
 #include "Zn_Record.h"
 
 #include "dataset/original_index.h"
-#include "dataset/record_builder.h"
 #include "foundation/byte_writer.h"
-#include "foundation/vector_list.h"
 
 #include <algorithm>
-#include <iterator>
 
 Zn_RecordHandler& Zn_RecordHandler::Instance()
 {
@@ -114,17 +111,10 @@ constexpr int kHeadSize = 6;
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
 {
     const Zn_Buffer kept(in); // it may be one of the values, which go
-    const bool hasRoom = zn::Guarded([&] {
-        zn::RecordBuilder values;
-        offset = LoadFrom(kept, offset, codePage, values);
-    });
-    if (hasRoom)
-        return offset;
-    Clear();
-    return -1;
+    return LoadFrom(kept, offset, codePage);
 }
 
-int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::RecordBuilder& values)
+int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage)
 {
     const int length = in.GetLength();
     const unsigned char* data = in.GetData();
@@ -136,7 +126,7 @@ int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::
     offset += kHeadSize;
     ReleaseList();
     // A count that the data can't hold must not take memory for itself: every value has two bytes at least.
-    values.Begin(std::min(count, (length - offset) / 2));
+    AllocItems(std::min(count, (length - offset) / 2));
     int end = offset;
     for (int k = 0; k < count && end >= 0; ++k) {
         if (length - end < 2) {
@@ -146,15 +136,16 @@ int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage, zn::
         const std::uint16_t type = zn::GetBe16(data + end);
         end += 2;
         if (type == 0) {
-            values.SkipTo(k + 1);
+            if (InsertAbsent(k, 1) < 0)
+                end = -1;
             continue;
         }
         if (end >= length)
             break;
-        Zn_Variant* value = values.At(k);
+        Zn_Variant* value = Zn_VariantList::GetSafeItem(k, 1);
         end = value ? value->Load(static_cast<short>(type), in, end, codePage) : -1;
     }
-    if (end < 0 || !values.MoveTo(*this))
+    if (end < 0)
         Clear();
     return end;
 }

@@ -3,7 +3,6 @@
 #include "Zn_Dataset.h"
 
 #include "dataset/original_index.h"
-#include "dataset/record_builder.h"
 #include "foundation/byte_writer.h"
 #include "foundation/vector_list.h"
 
@@ -166,13 +165,12 @@ int Zn_Dataset::LoadData(const Zn_Buffer& in, int offset, int& count)
         return length;
     count = static_cast<std::int32_t>(zn::GetBe32(in.GetData() + offset));
     offset += 4;
-    zn::RecordBuilder values;
     for (int i = 0; i < count && offset < length; ++i) {
         Zn_Record* row = rows_.NewItem();
         const int rawRow = row ? rows_.AddNew(row) : -1;
         if (rawRow < 0)
             return 0;
-        offset = row->LoadFrom(in, offset, codePage_, values);
+        offset = row->LoadFrom(in, offset, codePage_);
         if (offset >= 0 && row->GetType() == Zn_Record::Updated)
             offset = LoadOriginal(in, offset, *row, rawRow);
         if (offset < 0)
@@ -197,7 +195,7 @@ int Zn_Dataset::LoadOriginal(const Zn_Buffer& in, int offset, Zn_Record& row, in
     const int place = original ? orgBuffer_.AddNew(original) : -1;
     if (place < 0)
         return 0;
-    offset = original->Load(in, offset, codePage_);
+    offset = original->LoadFrom(in, offset, codePage_);
     original->SetOrgIdx(rawRow);
     if (!NoteOriginal(original->GetType() == Zn_Record::Deleted))
         return 0;

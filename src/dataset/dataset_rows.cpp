@@ -85,7 +85,7 @@ int Zn_Dataset::SetRowTypeNF(int rawRow, int type)
 int Zn_Dataset::InsertRecord(int index, int asInserted)
 {
     Zn_Record* record = rows_.NewItem();
-    const int place = record ? rows_.InsertLink(index, record) : -1;
+    const int place = !record ? -1 : index < rows_.Count() ? rows_.InsertLink(index, record) : rows_.AddNew(record);
     if (place >= 0 && asInserted && updateTracking_) {
         record->SetType(Zn_Record::Inserted);
         ++insertCount_;

@@ -135,6 +135,9 @@ int Zn_Dataset::StoreValue(int rawRow, int col, const Zn_Variant* value, bool li
     const StoreOutcome outcome = updateTracking_ ? TrackStore(*row, col, *value) : StoreOutcome::Store;
     if (outcome == StoreOutcome::Refused || outcome == StoreOutcome::Unchanged)
         return outcome == StoreOutcome::Unchanged;
+    constexpr int kFewColumns = 32;
+    if (!link && row->Count() == 0 && columns_.Count() <= kFewColumns)
+        row->AllocItems(columns_.Count());
     const bool stored = (link ? row->SetLink(col, value, 1) : row->SetColumn(col, value)) >= 0;
     // Only now: the value may be the one that the original holds.
     if (stored && outcome == StoreOutcome::Restore)

@@ -6,6 +6,7 @@
 #include "foundation/number_text.h"
 
 #include <algorithm>
+#include <utility>
 
 Zn_DatasetXmlReader::Zn_DatasetXmlReader(Zn_Dataset& dataset) : dataset_(dataset), constColumns_(dataset.constColumns_)
 {
@@ -97,9 +98,20 @@ void Zn_DatasetXmlReader::BeginRecord(int rowType)
     nextOriginalColumn_ = 0;
     if (columnsChanged_)
         ColumnsChanged();
-    rowValues_.Begin(static_cast<int>(columns_.size()));
-    if (row_)
-        row_->SetType(rowType);
+    lastFieldCount_ = std::exchange(fieldCount_, 0);
+    if (!row_)
+        return;
+    row_->SetType(rowType);
+    BeginValues(*row_);
+}
+
+// Takes room for all values at once where the record before had most of them. The others may be a text's way to ask for
+// much with little.
+void Zn_DatasetXmlReader::BeginValues(Zn_Record& record)
+{
+    const auto likely = static_cast<int>(columns_.size());
+    if (lastFieldCount_ > likely / 2)
+        record.AllocItems(likely);
 }
 
 int Zn_DatasetXmlReader::FindColumn(std::u16string_view name, int& guess) const
@@ -118,7 +130,7 @@ void Zn_DatasetXmlReader::Field(std::u16string_view name, std::u16string_view te
     if (col < 0)
         nextColumn_ = before;
     else if (row_)
-        Store(rowValues_, col, text);
+        Store(*row_, col, text);
 }
 
 bool Zn_DatasetXmlReader::BeginOriginal()
@@ -133,7 +145,7 @@ bool Zn_DatasetXmlReader::BeginOriginal()
     original_ = fresh;
     original_->SetType(row_->GetType());
     original_->SetOrgIdx(rawRow_);
-    originalValues_.Begin(static_cast<int>(columns_.size()));
+    BeginValues(*original_);
     dataset_.Originals().Link(*row_, place);
     return true;
 }
@@ -147,13 +159,14 @@ void Zn_DatasetXmlReader::OriginalField(std::u16string_view name, std::u16string
     if (col < 0)
         originalEnded_ = true;
     else
-        Store(originalValues_, col, text);
+        Store(*original_, col, text);
 }
 
-void Zn_DatasetXmlReader::Store(zn::RecordBuilder& values, int col, std::u16string_view text)
+void Zn_DatasetXmlReader::Store(Zn_Record& record, int col, std::u16string_view text)
 {
-    places_ += kPlacesPerField - std::max(0, col + 1 - values.Count());
-    Zn_Variant* value = IsOverdrawn() ? nullptr : values.At(col);
+    ++fieldCount_;
+    places_ += kPlacesPerField - std::max(0, col + 1 - record.Count());
+    Zn_Variant* value = IsOverdrawn() ? nullptr : record.MakeSlot(col);
     if (!value)
         return;
     if (text.empty()) {
@@ -181,10 +194,6 @@ void Zn_DatasetXmlReader::Store(zn::RecordBuilder& values, int col, std::u16stri
 
 void Zn_DatasetXmlReader::EndRecord()
 {
-    if (row_)
-        rowValues_.MoveTo(*row_);
-    if (original_)
-        originalValues_.MoveTo(*original_);
     if (row_ && row_->GetType() == Zn_Record::Deleted && dataset_.MoveToOriginals(*row_, -1))
         dataset_.rows_.Delete(rawRow_);
     row_ = nullptr;

@@ -14,7 +14,6 @@
 
 #include "Zn_Dataset.h"
 #include "Zn_NamedStr.h"
-#include "dataset/record_builder.h"
 #include "stream/variable_filler.h"
 
 #include <cstdint>
@@ -39,7 +38,8 @@ public:
 
 private:
     int FindColumn(std::u16string_view name, int& guess) const;
-    void Store(zn::RecordBuilder& values, int col, std::u16string_view text);
+    void Store(Zn_Record& record, int col, std::u16string_view text);
+    void BeginValues(Zn_Record& record);
     void ColumnsChanged();
 
     // A value far behind the last one makes all places between absent ones, which a short text could do over and over
@@ -58,6 +58,6 @@ private:
     int nextOriginalColumn_ = 0;
     std::vector<const Zn_ColInfo*> columns_; // of the table, in list order
     bool columnsChanged_ = false;
-    zn::RecordBuilder rowValues_;
-    zn::RecordBuilder originalValues_;
+    int fieldCount_ = 0; // of the present record, its originals included
+    int lastFieldCount_ = 0;
 };

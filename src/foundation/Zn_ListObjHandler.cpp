@@ -61,6 +61,12 @@ thread_local constinit Waitlist waitlist;
 
 Zn_ListObjHandler::~Zn_ListObjHandler() = default;
 
+void Zn_ListObjHandler::_FreeItems(void* const* items, int count)
+{
+    for (int i = 0; i < count; ++i)
+        _FreeItem(items[i]);
+}
+
 void* Zn_ListObjHandler::NewItem()
 {
     void* memory = pool_.Alloc();
@@ -92,8 +98,7 @@ void* Zn_ListObjHandler::NewCopy(const void* source)
 
 void Zn_ListObjHandler::Destroy(void** items, int count)
 {
-    for (int i = 0; i < count; ++i)
-        _FreeItem(items[i]);
+    _FreeItems(items, count);
     pool_.Free(items, count);
 }
 
@@ -117,9 +122,43 @@ void Zn_ListObjHandler::DropItems(void** items, int count)
         return;
     ++waiting.depth;
     Destroy(items, dead);
-    while (waiting.depth == 1 && !waiting.IsEmpty()) {
-        auto [handler, next] = waiting.Pop();
+    DestroyWaiting();
+    --waiting.depth;
+}
+
+void Zn_ListObjHandler::DropRun(void* first, int count, std::uint64_t taken)
+{
+    Waitlist& waiting = waitlist;
+    const bool isDeep = waiting.depth >= kDeepest;
+    void* dead[Zn_ObjBufPool::kLongestRun];
+    void* gone[Zn_ObjBufPool::kLongestRun];
+    int deadCount = 0;
+    int goneCount = 0;
+    gone[goneCount++] = first;
+    for (int i = 1; i < count; ++i) {
+        void* item = static_cast<unsigned char*>(first) + static_cast<std::ptrdiff_t>(i) * pool_.GetStride();
+        if (taken >> (i - 1) & 1) {
+            if (Zn_ObjBufData::FromItem(item)->Release() > 0 || (isDeep && waiting.Push(this, item)))
+                continue;
+            dead[deadCount++] = item;
+        }
+        gone[goneCount++] = item;
+    }
+    ++waiting.depth;
+    _FreeItems(dead, deadCount);
+    if (goneCount == count)
+        pool_.FreeRun(first, count);
+    else
+        pool_.Free(gone, goneCount);
+    DestroyWaiting();
+    --waiting.depth;
+}
+
+// Below the outermost destruction nothing happens.
+void Zn_ListObjHandler::DestroyWaiting()
+{
+    while (waitlist.depth == 1 && !waitlist.IsEmpty()) {
+        auto [handler, next] = waitlist.Pop();
         handler->Destroy(&next, 1);
     }
-    --waiting.depth;
 }

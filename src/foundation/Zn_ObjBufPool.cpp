@@ -5,8 +5,11 @@
 #include "foundation/spin_guard.h"
 
 #include <algorithm>
+#include <bit>
 #include <climits>
+#include <iterator>
 #include <new>
+#include <utility>
 
 // An item given back, seen from where its count was.
 struct Zn_ObjBufPool::FreeItem {
@@ -15,7 +18,7 @@ struct Zn_ObjBufPool::FreeItem {
 
 Zn_ObjBufPool::Zn_ObjBufPool(const char* name, int itemSize, int itemsPerBlock) noexcept
     : name_(name), itemSize_(std::clamp(itemSize, 1, INT_MAX / 4)), itemsPerBlock_(std::max(itemsPerBlock, 1)),
-      stride_(static_cast<int>(sizeof(Zn_ObjBufData)) + (itemSize_ + 7) / 8 * 8)
+      stride_(StrideOf(itemSize_))
 {
     itemsPerBlock_ = std::min(itemsPerBlock_, INT_MAX / stride_);
 }
@@ -47,21 +50,79 @@ int Zn_ObjBufPool::Alloc(void** items, int count) noexcept
     return std::max(count, 0);
 }
 
+void* Zn_ObjBufPool::AllocRun(int count) noexcept
+{
+    if (count < 1 || count > std::min(kLongestRun, itemsPerBlock_))
+        return nullptr;
+    const zn::SpinGuard guard(locked_);
+    unsigned char* run = TakeRun(count);
+    if (!run)
+        return nullptr;
+    zn::OpenMemory(run, RunSize(count));
+    for (int i = 0; i < count; ++i)
+        new (run + RunSize(i)) Zn_ObjBufData;
+    used_ += count;
+    return run + sizeof(Zn_ObjBufData);
+}
+
 void* Zn_ObjBufPool::Take() noexcept
 {
     void* memory = free_;
     if (memory) {
         zn::OpenMemory(memory, static_cast<std::size_t>(stride_));
         free_ = free_->next;
-    } else if (fresh_ != freshEnd_ || Grow()) {
-        memory = fresh_;
-        zn::OpenMemory(memory, static_cast<std::size_t>(stride_));
-        fresh_ += stride_;
     } else {
-        return nullptr;
+        memory = TakeRun(1);
+        if (!memory)
+            return nullptr;
+        zn::OpenMemory(memory, static_cast<std::size_t>(stride_));
     }
     ++used_;
     return (new (memory) Zn_ObjBufData)->GetItem();
+}
+
+// A run of the length asked for: one that was given back, a part of a longer one, or new memory. Single items take
+// new memory first and leave the runs to those that need them.
+unsigned char* Zn_ObjBufPool::TakeRun(int count) noexcept
+{
+    const auto hasFresh = [&] { return static_cast<std::size_t>(freshEnd_ - fresh_) >= RunSize(count); };
+    const std::uint64_t lengths = count == 1 && hasFresh() ? 0 : freeLengths_ >> count;
+    if (lengths != 0) {
+        const int length = count + std::countr_zero(lengths);
+        unsigned char* run = PopRun(length);
+        PutRun(run + RunSize(count), length - count);
+        return run;
+    }
+    if (!hasFresh()) {
+        unsigned char* rest = fresh_;
+        const auto restCount = static_cast<int>((freshEnd_ - fresh_) / stride_);
+        if (!Grow())
+            return nullptr;
+        PutRun(rest, restCount);
+    }
+    return std::exchange(fresh_, fresh_ + RunSize(count));
+}
+
+unsigned char* Zn_ObjBufPool::PopRun(int count) noexcept
+{
+    FreeItem* run = freeRuns_[count];
+    zn::OpenMemory(run, sizeof(FreeItem));
+    freeRuns_[count] = run->next;
+    if (!run->next)
+        freeLengths_ &= ~(std::uint64_t(1) << count);
+    return reinterpret_cast<unsigned char*>(run);
+}
+
+void Zn_ObjBufPool::PutRun(unsigned char* run, int count) noexcept
+{
+    if (count < 1)
+        return;
+    FreeItem*& first = count == 1 ? free_ : freeRuns_[count];
+    zn::OpenMemory(run, sizeof(FreeItem));
+    first = new (run) FreeItem{first};
+    zn::CloseMemory(run, RunSize(count));
+    if (count > 1)
+        freeLengths_ |= std::uint64_t(1) << count;
 }
 
 void Zn_ObjBufPool::Free(void* item) noexcept
@@ -79,10 +140,18 @@ void Zn_ObjBufPool::Free(void* const* items, int count) noexcept
         Shrink();
 }
 
+void Zn_ObjBufPool::FreeRun(void* first, int count) noexcept
+{
+    const zn::SpinGuard guard(locked_);
+    PutRun(reinterpret_cast<unsigned char*>(Zn_ObjBufData::FromItem(first)), count);
+    used_ -= count;
+    if (used_ == 0 && blockCount_ > 1)
+        Shrink();
+}
+
 void Zn_ObjBufPool::PutBack(void* item) noexcept
 {
-    free_ = new (Zn_ObjBufData::FromItem(item)) FreeItem{free_};
-    zn::CloseMemory(free_, static_cast<std::size_t>(stride_));
+    PutRun(reinterpret_cast<unsigned char*>(Zn_ObjBufData::FromItem(item)), 1);
     --used_;
 }
 
@@ -117,6 +186,8 @@ void Zn_ObjBufPool::Shrink() noexcept
         zn_free(block);
     }
     free_ = nullptr;
+    std::fill(std::begin(freeRuns_), std::end(freeRuns_), nullptr);
+    freeLengths_ = 0;
     OpenBlock(blocks_[0]);
 }
 

@@ -45,6 +45,57 @@ Zn_ObjList::~Zn_ObjList()
     ReleaseList();
 }
 
+// ---- the strip: see Zn_PointerSeq. Its head and its places are a run of the handler's pool.
+
+bool Zn_ObjList::BeginStrip(int room) noexcept
+{
+    Zn_ObjBufPool& pool = handler_->GetPool();
+    if (room < 1 || room > Zn_PointerSeq::kLongestStrip || pool.GetItemSize() < Zn_PointerSeq::kStripHead ||
+        pool.GetStride() > USHRT_MAX)
+        return false;
+    void* memory = pool.AllocRun(room + 1);
+    if (memory)
+        places_.BeginStrip(memory, pool.GetStride(), room);
+    return memory;
+}
+
+// Turns a strip into an array of pointers, whatever room it had; false, and it stays, when memory runs out.
+bool Zn_ObjList::LeaveStrip() noexcept
+{
+    if (!places_.IsStrip())
+        return true;
+    Zn_PointerSeq pointers(GetOption());
+    if (!pointers.Reserve(Count()))
+        return false;
+    void* unused[Zn_PointerSeq::kLongestStrip + 1] = {places_.StripMemory()};
+    int unusedCount = 1;
+    for (int i = 0; i < places_.StripRoom(); ++i) {
+        void* item = GetItem(i);
+        if (i < Count())
+            pointers.Append(item);
+        if (!item)
+            unused[unusedCount++] = places_.StripPlace(i);
+    }
+    places_.Swap(pointers);
+    pointers.Clear();
+    handler_->GetPool().Free(unused, unusedCount);
+    return true;
+}
+
+// Makes the item of a place that is not taken; null when it can't.
+void* Zn_ObjList::MakeInStrip(int index)
+{
+    void* item = handler_->_InitItem(places_.StripPlace(index));
+    if (!item)
+        return nullptr;
+    Zn_ListObjHandler::Hold(item);
+    places_.GrowStrip(index + 1);
+    places_.TakeStripPlace(index);
+    return item;
+}
+
+// ---- single items
+
 // What stands in the list for an item of the caller's: itself where it is one of the pool's, else a
 // copy; null for null or without memory.
 void* Zn_ObjList::OwnOrCopy(void* item)
@@ -56,7 +107,7 @@ void* Zn_ObjList::OwnOrCopy(void* item)
 int Zn_ObjList::Place(int index, void* item)
 {
     index = ClampIndex(index);
-    if (!item || !places_.Insert(index, &item, 1))
+    if (!item || !LeaveStrip() || !places_.Insert(index, &item, 1))
         return -1;
     Zn_ListObjHandler::Hold(item);
     return index;
@@ -65,7 +116,7 @@ int Zn_ObjList::Place(int index, void* item)
 // Puts an item into a place that is there or, with grow, made.
 int Zn_ObjList::Replace(int index, void* item, int grow)
 {
-    if (!item || index < 0 || index == INT_MAX)
+    if (!item || index < 0 || index == INT_MAX || !LeaveStrip())
         return -1;
     if (index >= Count() && (!grow || InsertAbsent(Count(), index + 1 - Count()) < 0))
         return -1;
@@ -108,7 +159,16 @@ void* Zn_ObjList::GetSafeItem(int index, int create)
     if (item || !create || index < 0)
         return item;
     const int before = Count();
-    if (index == INT_MAX || (index >= before && !places_.Reserve(index + 1)))
+    if (index < places_.StripRoom()) {
+        for (int i = before; i < index; ++i) {
+            if (!MakeInStrip(i)) {
+                Delete(before, i - before);
+                return nullptr;
+            }
+        }
+        return MakeInStrip(index);
+    }
+    if (index == INT_MAX || !LeaveStrip() || (index >= before && !places_.Reserve(index + 1)))
         return nullptr;
     while (Count() <= index) {
         void* made = handler_->NewItem();
@@ -133,6 +193,14 @@ int Zn_ObjList::Add(const void* item)
 
 int Zn_ObjList::Insert(int index, const void* item)
 {
+    const int end = Count();
+    if (item && index >= end && end < places_.StripRoom()) {
+        void* copy = MakeInStrip(end);
+        if (!copy)
+            return -1;
+        handler_->_AssignItem(copy, const_cast<void*>(item));
+        return end;
+    }
     void* copy = item ? handler_->NewCopy(item) : nullptr;
     return Settle(Place(index, copy), copy, nullptr);
 }
@@ -164,7 +232,7 @@ int Zn_ObjList::AppendItemLink(void* item)
 
 int Zn_ObjList::AppendNew(void* const* items, int count)
 {
-    if (count < 1 || !places_.Insert(Count(), items, count))
+    if (count < 1 || !LeaveStrip() || !places_.Insert(Count(), items, count))
         return 0;
     for (int i = 0; i < count; ++i)
         if (items[i])
@@ -187,11 +255,17 @@ int Zn_ObjList::SetLink(int index, void* item, int grow)
 int Zn_ObjList::InsertAbsent(int index, int count)
 {
     index = ClampIndex(index);
-    return count > 0 && places_.Insert(index, nullptr, count) ? index : -1;
+    if (count > 0 && index == Count() && count <= places_.StripRoom() - index) {
+        places_.GrowStrip(index + count);
+        return index;
+    }
+    return count > 0 && LeaveStrip() && places_.Insert(index, nullptr, count) ? index : -1;
 }
 
 void* Zn_ObjList::Detach(int index) noexcept
 {
+    if (!LeaveStrip())
+        return nullptr;
     void* item = GetItem(index);
     if (index >= 0 && index < Count())
         places_.Remove(index, 1);
@@ -205,6 +279,8 @@ int Zn_ObjList::Delete(int start, int count)
     count = std::min(count, Count() - start);
     if (count == Count()) {
         ReleaseList();
+    } else if (!LeaveStrip()) {
+        return 0;
     } else if (count == 1) {
         if (void* item = Detach(start))
             handler_->Drop(item);
@@ -232,6 +308,8 @@ void Zn_ObjList::DropItems(int start, int count) noexcept
 
 int Zn_ObjList::DeleteChosen(bool (*chosen)(void* item, void* context), void* context)
 {
+    if (!LeaveStrip())
+        return 0;
     int kept = 0;
     std::span<void*> target;
     places_.ForEach([&](void* item) {
@@ -253,7 +331,7 @@ int Zn_ObjList::DeleteChosen(bool (*chosen)(void* item, void* context), void* co
 
 int Zn_ObjList::Exchange(int a, int b) noexcept
 {
-    if (a < 0 || b < 0 || a >= Count() || b >= Count())
+    if (a < 0 || b < 0 || a >= Count() || b >= Count() || !LeaveStrip())
         return 0;
     std::swap(places_.Run(a)[0], places_.Run(b)[0]);
     return 1;
@@ -298,7 +376,8 @@ int Zn_ObjList::FindItem(const void* item) const
 
 void Zn_ObjList::AllocItems(int n)
 {
-    places_.Reserve(n);
+    if (n > places_.StripRoom() && (Count() > 0 || !BeginStrip(n)) && LeaveStrip())
+        places_.Reserve(n);
 }
 
 int Zn_ObjList::AssignList(const Zn_ObjList& other)
@@ -323,7 +402,10 @@ int Zn_ObjList::AppendItems(const Zn_ObjList& other)
 {
     const int before = Count();
     const int count = other.Count();
-    if (count > INT_MAX - before || !places_.Reserve(before + count))
+    if (before == 0 && other.places_.IsStrip())
+        AllocItems(count);
+    if (count > INT_MAX - before || (before + count > places_.StripRoom() && !LeaveStrip()) ||
+        (!places_.IsStrip() && !places_.Reserve(before + count)))
         return -1;
     for (int i = 0; i < count; ++i) {
         const void* item = other.GetItem(i);
@@ -363,7 +445,13 @@ int Zn_ObjList::AddEach(const Zn_ObjList& other)
 void Zn_ObjList::ReleaseList() noexcept
 {
     // The list is empty before its items go, whatever their destruction does.
-    if (Count() > 0) {
+    if (places_.IsStrip()) {
+        void* memory = places_.StripMemory();
+        const int room = places_.StripRoom();
+        const std::uint64_t taken = places_.StripTaken();
+        places_.Clear();
+        handler_->DropRun(memory, room + 1, taken);
+    } else if (Count() > 0) {
         Zn_ObjList old(handler_, GetOption());
         old.places_.Swap(places_);
         old.DropItems(0, old.Count());

@@ -42,7 +42,8 @@ struct Zn_PointerSeq::Chunks : Head {
     zn::PartIndex index;
 
     Chunks(int tagOfOwner, int chunksToHold) noexcept
-        : Head{0, -1, tagOfOwner}, chunkRoom(chunksToHold), cursor(0), index(Used() + chunksToHold, chunksToHold)
+        : Head{0, -1, static_cast<std::int16_t>(tagOfOwner)}, chunkRoom(chunksToHold), cursor(0),
+          index(Used() + chunksToHold, chunksToHold)
     {
     }
     void*** Addresses() noexcept { return reinterpret_cast<void***>(this + 1); }
@@ -204,6 +205,13 @@ std::span<void*> Zn_PointerSeq::Run(int index) const noexcept
     const Chunks::Place place = chunks.Locate(index);
     return {chunks.Addresses()[place.part] + place.offset,
             static_cast<std::size_t>(chunks.Used()[place.part] - place.offset)};
+}
+
+void Zn_PointerSeq::BeginStrip(void* memory, int stride, int room) noexcept
+{
+    const std::int16_t tag = head_->tag;
+    Clear();
+    head_ = new (memory) Strip{{0, kStripRoomOf0 - room, tag, static_cast<std::uint16_t>(stride)}, 0};
 }
 
 // Bytes of a head with that many places behind it.
@@ -398,6 +406,8 @@ void Zn_PointerSeq::Remove(int index, int count) noexcept
 void Zn_PointerSeq::Clear() noexcept
 {
     Head* old = std::exchange(head_, Empty(head_->tag));
+    if (old->stride != 0)
+        return;
     if (old->room < 0)
         Chunks::Free(static_cast<Chunks*>(old));
     else if (old != head_)

@@ -19,6 +19,7 @@ struct Traced {
     static void FreeWithMemory(Traced* item) { Zn_FreeInPlace(item); }
 
     int value = 0;
+    char rest[20] = {}; // large enough for lists without pointers
 };
 
 class TracedHandler final : public Zn_TypedHandler<Traced> {
@@ -35,7 +36,13 @@ public:
 class TracedList : public Zn_TypedList<Traced, TracedHandler> {
 public:
     using Base = Zn_TypedList<Traced, TracedHandler>;
-    using Base::Base;
+    // Room that every list begins with.
+    static inline int roomAtStart = 0;
+    explicit TracedList(int option = 0) : Base(option)
+    {
+        if (roomAtStart > 0)
+            AllocItems(roomAtStart);
+    }
     using Base::DeleteIf;
     using Base::Detach;
     using Base::InsertAbsent;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
 #include <set>
 #include <vector>
 
@@ -66,6 +67,64 @@ TEST(ObjBufPool, GivesWhatItCanWithoutMemory)
     zn::FailAllocation(0);
     for (void* item : items)
         pool.Free(item);
+}
+
+TEST(ObjBufPool, RunsServeSingleItemsAndOtherRuns)
+{
+    constexpr int kPerBlock = 20;
+    Zn_ObjBufPool pool("Test", 24, kPerBlock);
+    EXPECT_EQ(pool.AllocRun(0), nullptr);
+    EXPECT_EQ(pool.AllocRun(kPerBlock + 1), nullptr);
+    std::mt19937 random(3);
+    struct Run {
+        unsigned char* first;
+        int count;
+    };
+    std::vector<Run> runs;
+    int used = 0;
+    const auto fill = [&](const Run& run, unsigned char mark) {
+        for (int i = 0; i < run.count; ++i) {
+            unsigned char* item = run.first + i * pool.GetStride();
+            EXPECT_TRUE(pool.Owns(item));
+            EXPECT_EQ(Zn_ObjBufData::FromItem(item)->GetRefCount(), 0);
+            std::memset(item, mark, 24);
+        }
+    };
+    const auto isFull = [&](const Run& run, unsigned char mark) {
+        for (int i = 0; i < run.count; ++i)
+            if (!std::all_of(run.first + i * pool.GetStride(), run.first + i * pool.GetStride() + 24,
+                             [mark](unsigned char b) { return b == mark; }))
+                return false;
+        return true;
+    };
+    for (int step = 0; step < 20000; ++step) {
+        const auto mark = [](const Run& run) {
+            return static_cast<unsigned char>(reinterpret_cast<std::uintptr_t>(run.first) >> 3);
+        };
+        if (random() % 2 || runs.empty()) {
+            const int count = 1 + static_cast<int>(random() % 12);
+            Run run{static_cast<unsigned char*>(count == 1 ? pool.Alloc() : pool.AllocRun(count)), count};
+            fill(run, mark(run));
+            runs.push_back(run);
+            used += count;
+        } else {
+            std::swap(runs[random() % runs.size()], runs.back());
+            const Run run = runs.back();
+            runs.pop_back();
+            ASSERT_TRUE(isFull(run, mark(run)));
+            if (random() % 2) {
+                pool.FreeRun(run.first, run.count);
+            } else {
+                for (int i = 0; i < run.count; ++i)
+                    pool.Free(run.first + i * pool.GetStride());
+            }
+            used -= run.count;
+        }
+        ASSERT_EQ(pool.GetUsedCount(), used);
+    }
+    for (const Run& run : runs)
+        pool.FreeRun(run.first, run.count);
+    EXPECT_EQ(pool.GetUsedCount(), 0);
 }
 
 TEST(ObjBufPool, CountsHolders)

@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <algorithm>
+#include <random>
 #include <thread>
 #include <vector>
 
@@ -29,16 +30,19 @@ void Fill(TracedList& list, std::initializer_list<int> values)
 
 using Ints = std::vector<int>;
 
-class ObjList : public testing::Test {
+// Every body runs on lists without room at first, and on lists that keep their first items in a strip.
+class ObjList : public testing::TestWithParam<int> {
 protected:
     void SetUp() override
     {
         TracedHandler::EmptyItem();
+        TracedList::roomAtStart = GetParam();
         alive_ = Traced::alive;
         used_ = TracedHandler::Instance().GetPool().GetUsedCount();
     }
     void TearDown() override
     {
+        TracedList::roomAtStart = 0;
         EXPECT_EQ(Traced::alive, alive_) << "births and deaths balance";
         EXPECT_EQ(TracedHandler::Instance().GetPool().GetUsedCount(), used_);
     }
@@ -48,7 +52,7 @@ private:
     int used_ = 0;
 };
 
-TEST_F(ObjList, IndexesAtTheEdges)
+TEST_P(ObjList, IndexesAtTheEdges)
 {
     TracedList list;
     Fill(list, {1, 2, 3});
@@ -75,7 +79,7 @@ TEST_F(ObjList, IndexesAtTheEdges)
     EXPECT_EQ(list.FindItem(&missing), -1);
 }
 
-TEST_F(ObjList, CopiesOwnTheirItems)
+TEST_P(ObjList, CopiesOwnTheirItems)
 {
     TracedList source;
     Fill(source, {1, 2, 3});
@@ -100,7 +104,7 @@ TEST_F(ObjList, CopiesOwnTheirItems)
     EXPECT_EQ(ValuesOf(copy), (Ints{9}));
 }
 
-TEST_F(ObjList, LinkedItemsAreSharedNotCopied)
+TEST_P(ObjList, LinkedItemsAreSharedNotCopied)
 {
     TracedList a, b;
     const int copied = Traced::copied;
@@ -129,7 +133,7 @@ TEST_F(ObjList, LinkedItemsAreSharedNotCopied)
     TracedHandler::Instance().Drop(own);
 }
 
-TEST_F(ObjList, GetSafeItemGrowsWithMadeItems)
+TEST_P(ObjList, GetSafeItemGrowsWithMadeItems)
 {
     TracedList list;
     Zn_ObjList& base = list;
@@ -143,7 +147,7 @@ TEST_F(ObjList, GetSafeItemGrowsWithMadeItems)
     EXPECT_EQ(ValuesOf(list), (Ints{0, 0, kAbsent, 0, 0}));
 }
 
-TEST_F(ObjList, OrderedListKeepsOneOfEqualItems)
+TEST_P(ObjList, OrderedListKeepsOneOfEqualItems)
 {
     TracedList list(1);
     for (int value : {5, 1, 3, 1, 5, 9})
@@ -172,7 +176,7 @@ TEST_F(ObjList, OrderedListKeepsOneOfEqualItems)
     EXPECT_EQ(ValuesOf(list), (Ints{2, 4, 9, 20, kAbsent, kAbsent})) << "absent places come last";
 }
 
-TEST_F(ObjList, DeleteIfWalksOnce)
+TEST_P(ObjList, DeleteIfWalksOnce)
 {
     for (int count : {0, 10, 9000}) {
         TracedList list;
@@ -191,7 +195,7 @@ TEST_F(ObjList, DeleteIfWalksOnce)
     }
 }
 
-TEST_F(ObjList, StaysWholeWhenMemoryRunsOut)
+TEST_P(ObjList, StaysWholeWhenMemoryRunsOut)
 {
     bool failed = true;
     for (int n = 1; failed; ++n) {
@@ -228,7 +232,7 @@ TEST_F(ObjList, StaysWholeWhenMemoryRunsOut)
     }
 }
 
-TEST_F(ObjList, RangeForGivesTheEmptyItemForAbsentPlaces)
+TEST_P(ObjList, RangeForGivesTheEmptyItemForAbsentPlaces)
 {
     TracedList list;
     Fill(list, {1, 2});
@@ -237,6 +241,102 @@ TEST_F(ObjList, RangeForGivesTheEmptyItemForAbsentPlaces)
     for (const Traced& item : list)
         values.push_back(&item == &TracedHandler::EmptyItem() ? kAbsent : item.value);
     EXPECT_EQ(values, (Ints{1, kAbsent, 2}));
+}
+
+TEST_P(ObjList, AnyOperationsInAnyOrder)
+{
+    std::mt19937 random(static_cast<unsigned>(GetParam()));
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    for (int round = 0; round < 300; ++round) {
+        TracedList list, other;
+        Ints values; // what the list holds
+        Fill(other, {1000, 1001});
+        for (int step = 0; step < 12; ++step) {
+            const int count = list.Count();
+            const int at = below(count + 1);
+            switch (below(10)) {
+            case 0:
+            case 1:
+                EXPECT_EQ(list.Add(Traced(step)), count);
+                values.push_back(step);
+                break;
+            case 2:
+                static_cast<Zn_ObjList&>(list).GetSafeItem(count + 1, 1);
+                values.resize(values.size() + 2, 0);
+                break;
+            case 3:
+                list.InsertAbsent(at, 1);
+                values.insert(values.begin() + at, kAbsent);
+                break;
+            case 4: {
+                list.InsertLink(at, other.GetItem(0));
+                values.insert(values.begin() + at, 1000);
+                break;
+            }
+            case 5:
+                if (count > 0 && list.GetItem(at % count))
+                    other.AddLink(list.GetItem(at % count)); // which the list and the other then share
+                break;
+            case 6:
+                values.erase(values.begin() + at, values.begin() + at + list.Delete(at, 1 + below(2)));
+                break;
+            case 7:
+                if (list.Set(at, Traced(70 + step), 1) >= 0) {
+                    values.resize(std::max(values.size(), static_cast<std::size_t>(at) + 1), kAbsent);
+                    values[static_cast<std::size_t>(at)] = 70 + step;
+                }
+                break;
+            case 8:
+                if (static_cast<Zn_ObjList&>(list).GetSafeItem(at, 1) &&
+                    (at == count || values[std::size_t(at)] == kAbsent)) {
+                    values.resize(std::max(values.size(), static_cast<std::size_t>(at) + 1));
+                    values[static_cast<std::size_t>(at)] = 0;
+                }
+                break;
+            default: {
+                const TracedList copy(list);
+                ASSERT_EQ(ValuesOf(copy), values);
+                if (list.Exchange(0, count - 1))
+                    std::swap(values.front(), values.back());
+                break;
+            }
+            }
+            ASSERT_EQ(ValuesOf(list), values) << "round " << round << " step " << step;
+        }
+        for (int i = 2; i < other.Count(); ++i)
+            EXPECT_GE(other.GetItem(i)->value, 0) << "lives";
+        if (below(2))
+            list.ReleaseList();
+        for (int i = 2; i < other.Count(); ++i)
+            EXPECT_GE(other.GetItem(i)->value, 0) << "lives on in the other list";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(RoomAtStart, ObjList, testing::Values(0, 3, 15));
+
+TEST(ObjListStrip, KeepsItemsOneBehindTheOther)
+{
+    Zn_ObjBufPool& pool = TracedHandler::Instance().GetPool();
+    const int used = pool.GetUsedCount();
+    {
+        TracedList list;
+        list.AllocItems(5);
+        Fill(list, {1, 2, 3});
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(reinterpret_cast<const char*>(list.GetItem(i)) - reinterpret_cast<const char*>(list.GetItem(0)),
+                      i * pool.GetStride());
+        const Traced* last = list.GetItem(2);
+        TracedList keeper;
+        keeper.AddLink(last);
+        list.Delete(0);
+        EXPECT_EQ(list.GetItem(1), last) << "items stay where they are";
+        EXPECT_EQ(pool.GetUsedCount(), used + 2) << "what the strip had beside its items is given back";
+        const TracedList copy(list);
+        list.ReleaseList();
+        EXPECT_EQ(keeper.GetItem(0)->value, 3);
+        EXPECT_EQ(copy.GetItem(1)->value, 3);
+    }
+    EXPECT_EQ(pool.GetUsedCount(), used);
 }
 
 // An item that holds items of its own class.
