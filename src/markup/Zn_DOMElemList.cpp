@@ -118,9 +118,14 @@ Zn_DOMElement* Zn_DOMElemList::AppendNew()
     Zn_DOMElement* item = NewItem();
     if (!item)
         return nullptr;
+    void* made = item;
+    if (Zn_ObjList::AppendNew(&made, 1) == 0) {
+        GetHandler()->Drop(item);
+        return nullptr;
+    }
     item->children.codePage_ = codePage_;
-    item->parentIndex_ = AddLink(item);
-    return GetSafeItem(item->parentIndex_);
+    item->parentIndex_ = Count() - 1;
+    return item;
 }
 
 void Zn_DOMElemList::CopySettings(const Zn_DOMElemList& other) noexcept
@@ -169,27 +174,29 @@ void Zn_DOMElemList::CopyNodes(const Zn_DOMElemList& other)
     }
 }
 
-// Destroys the nodes of a tree from the leaves up, so that no destructor has children left to destroy. The way
-// back up is kept in the parent pointers of nodes that are about to go.
+// Destroys the nodes of a tree from the leaves up, list by list, so that no destructor has children left to destroy.
+// The way back up is kept in the parent pointers and indexes of nodes that are about to go.
 void Zn_DOMElemList::ReleaseTree() noexcept
 {
-    Zn_ListObjHandler* handler = GetHandler();
+    Zn_DOMElemList* list = this;
     Zn_DOMElement* top = nullptr;
-    for (;;) {
-        Zn_DOMElemList& list = top ? top->children : *this;
-        if (list.Count() > 0) {
-            auto* item = static_cast<Zn_DOMElement*>(list.Detach(list.Count() - 1));
-            if (item && item->children.Count() > 0 && Zn_ObjBufData::FromItem(item)->GetRefCount() == 1) {
-                item->parent_ = top;
-                top = item;
-            } else if (item) {
-                handler->Drop(item);
-            }
-        } else if (top) {
-            handler->Drop(std::exchange(top, top->parent_));
-        } else {
-            return;
+    for (int i = Count() - 1;;) {
+        for (; i >= 0; --i) {
+            Zn_DOMElement* item = list->GetSafeItem(i);
+            if (!item || item->children.Count() == 0 || Zn_ObjBufData::FromItem(item)->GetRefCount() > 1)
+                continue;
+            item->parent_ = top;
+            item->parentIndex_ = i;
+            top = item;
+            list = &item->children;
+            i = list->Count();
         }
+        list->ReleaseList();
+        if (!top)
+            return;
+        i = top->parentIndex_ - 1;
+        top = top->parent_;
+        list = top ? &top->children : this;
     }
 }
 

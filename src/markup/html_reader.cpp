@@ -97,10 +97,23 @@ void HtmlReader::ReadDeclaration(const HtmlMark& mark)
     GoOn(mark.close + 1);
 }
 
+// Elements of one name share its text.
+const Zn_WString& HtmlReader::TagOf(int name, View text)
+{
+    Zn_WString& tag = tags_[static_cast<std::size_t>(name)];
+    if (tag.GetView() != text)
+        tag = Zn_WString(text);
+    return tag;
+}
+
 // Name and attributes; false, and no attributes, when the tag has no end in this part of the text.
 bool HtmlReader::ReadTag(Zn_DOMElement& node, const HtmlMark& mark, int nameStart)
 {
-    node.tag.Set(TextOf(nameStart, mark.nameEnd));
+    const View name = TextOf(nameStart, mark.nameEnd);
+    if (mark.kind == HtmlMark::Start)
+        node.tag = TagOf(mark.name, name);
+    else
+        node.tag.Set(name);
     if (mark.close < 0 || mark.close >= level_.end)
         return false;
     const bool pair = mark.empty || mark.kind == HtmlMark::ProcInstr;

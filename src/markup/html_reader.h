@@ -20,7 +20,8 @@ class HtmlReader {
 public:
     // The text must outlive the reader.
     HtmlReader(std::u16string_view text, const HtmlOptions& options)
-        : text_(text), options_(options), marks_(text), ends_(marks_)
+        : text_(text), options_(options), marks_(text), ends_(marks_),
+          tags_(static_cast<std::size_t>(marks_.NameCount()))
     {
     }
     // Appends the nodes; false for a comment without an end. Throws when memory runs out.
@@ -46,6 +47,7 @@ private:
     void ReadInstruction(const HtmlMark& mark);
     void ReadElement(const HtmlMark& mark);
     bool ReadTag(Zn_DOMElement& node, const HtmlMark& mark, int nameStart);
+    const Zn_WString& TagOf(int name, View text);
     void ReadContent(Zn_DOMElement& node, int from, HtmlEnds::End end, bool parse);
 
     View text_;
@@ -54,8 +56,9 @@ private:
     HtmlEnds ends_;
     Level level_{};
     std::vector<Level> above_;
-    int mark_ = 0; // the next mark
-    int at_ = 0;   // where the pending text begins
+    std::vector<Zn_WString> tags_; // as last written, by the number of the name
+    int mark_ = 0;                 // the next mark
+    int at_ = 0;                   // where the pending text begins
 };
 
 } // namespace zn
