@@ -23,7 +23,12 @@
 namespace {
 
 constexpr int kRows = 100000;
-constexpr double kCells = double(kRows) * kSampleColumns;
+constexpr int kManyRows = 1000000; // of the binary forms, and of the memory that loading takes
+
+double CellsOf(int rows)
+{
+    return double(rows) * kSampleColumns;
+}
 
 // What the peers fill and pack: as large as a variant.
 struct Cell {
@@ -39,40 +44,46 @@ struct Cell {
 static_assert(sizeof(Cell) == 24);
 
 struct Samples {
-    std::vector<SampleRow> sample = MakeSample(kRows);
+    int rows;
+    std::vector<SampleRow> sample;
     Zn_VariableList params;
     Zn_DatasetList tables;
-    Zn_Buffer xml;
     Zn_Buffer binary;
 
-    Samples()
+    explicit Samples(int rowCount) : rows(rowCount), sample(MakeSample(rowCount))
     {
         Zn_Dataset table(u"sample", 65001);
         AddSampleColumns(table);
         FillTable(table, Widen(sample));
         tables.AddDataset(u"sample", &table);
-        ZnXmlStreamSave(params, tables, xml, 65001, nullptr, 0);
         ZnBinStreamSave(params, tables, binary, 0);
     }
+    Zn_Buffer Xml()
+    {
+        Zn_Buffer xml;
+        ZnXmlStreamSave(params, tables, xml, 65001, nullptr, 0);
+        return xml;
+    }
+    double Cells() const { return CellsOf(rows); }
 };
 
-void LoadXml(const Zn_Buffer& xml)
+void LoadXml(const Zn_Buffer& xml, int rows)
 {
     Zn_VariableList params;
     Zn_DatasetList tables;
     unsigned codePage = 0;
     ZnXmlStreamLoad(params, tables, xml, codePage);
-    Require(tables[0]->GetRowCount() == kRows, "rows of the XML message");
+    Require(tables[0]->GetRowCount() == rows, "rows of the XML message");
     benchmark::DoNotOptimize(tables);
 }
 
-void LoadBinary(const Zn_Buffer& binary)
+void LoadBinary(const Zn_Buffer& binary, int rows)
 {
     Zn_VariableList params;
     Zn_DatasetList tables;
     ZnBinStreamLoad(params, tables, binary);
     Pairs::Untimed([&] {
-        Require(tables[0]->GetRowCount() == kRows, "rows of the binary message");
+        Require(tables[0]->GetRowCount() == rows, "rows of the binary message");
         tables.ReleaseList();
     });
 }
@@ -98,7 +109,7 @@ void PugixmlLoad(const Zn_Buffer& xml)
             cells.push_back(cell);
         }
     }
-    Require(cells.size() == std::size_t(kCells), "cells of pugixml");
+    Require(cells.size() == std::size_t(CellsOf(kRows)), "cells of pugixml");
 }
 
 void PugixmlSave(const std::vector<SampleRow>& sample)
@@ -194,13 +205,13 @@ struct CellVisitor : msgpack::null_visitor {
     }
 };
 
-void MsgpackDecode(const msgpack::sbuffer& packed)
+void MsgpackDecode(const msgpack::sbuffer& packed, double cells)
 {
     auto visitor = std::make_unique<CellVisitor>();
     std::size_t offset = 0;
     msgpack::parse(packed.data(), packed.size(), offset, *visitor);
     Pairs::Untimed([&] {
-        Require(visitor->cells.size() == std::size_t(kCells), "cells of msgpack");
+        Require(visitor->cells.size() == std::size_t(cells), "cells of msgpack");
         visitor.reset();
     });
 }
@@ -228,15 +239,15 @@ std::size_t HeapInUse()
     return info.uordblks + info.hblkhd;
 }
 
-void ReportMemory()
+void ReportMemory(int rows)
 {
     std::fflush(stdout); // or every process made below prints it again
     char path[] = "message_bench_XXXXXX";
     const int file = mkstemp(path);
     // Made in a process of its own, so that nothing of it is counted below.
     PeakOf([&] {
-        const Samples samples;
-        if (write(file, samples.xml.GetData(), static_cast<std::size_t>(samples.xml.GetLength())) < 0)
+        const Zn_Buffer xml = Samples(rows).Xml();
+        if (write(file, xml.GetData(), static_cast<std::size_t>(xml.GetLength())) != xml.GetLength())
             _exit(1);
     });
     const auto read = [&](Zn_Buffer& xml) {
@@ -254,70 +265,82 @@ void ReportMemory()
         ZnXmlStreamLoad(params, tables, xml, codePage);
         const std::size_t growth = HeapInUse() - before;
         std::size_t text = 0;
-        for (int row = 0; row < kRows; ++row) {
+        for (int row = 0; row < rows; ++row) {
             for (int col = 0; col < kSampleColumns; ++col)
                 text += sizeof(char16_t) * std::size_t(tables[0]->GetColumn(row, col)->GetConstStr()->GetLength());
         }
-        std::printf("XML message %.1f MB; a table loaded from it takes %.1f MB, of which text (UTF-16) %.1f MB\n",
-                    xml.GetLength() / 1e6, double(growth) / 1e6, double(text) / 1e6);
+        std::printf(
+            "%d rows: XML message %.1f MB; a table loaded from it takes %.1f MB, of which text (UTF-16) %.1f MB\n",
+            rows, xml.GetLength() / 1e6, double(growth) / 1e6, double(text) / 1e6);
         std::printf("beside the text %.1f bytes per cell (beside 2.5 times the text %.1f)\n",
-                    (double(growth) - double(text)) / kCells, (double(growth) - 2.5 * double(text)) / kCells);
+                    (double(growth) - double(text)) / CellsOf(rows),
+                    (double(growth) - 2.5 * double(text)) / CellsOf(rows));
     });
     const double peak = PeakOf([&] {
         Zn_Buffer xml;
         read(xml);
-        LoadXml(xml);
+        LoadXml(xml, rows);
     });
     close(file);
     unlink(path);
     std::printf("peak memory of loading it: %.0f MB\n", peak);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void AddXml(Pairs& pairs, Samples& samples)
 {
-    ReportMemory();
-    std::fflush(stdout);
-    Samples samples;
-    Pairs pairs;
-    const Pairs::Work xmlWork{kCells, double(samples.xml.GetLength())};
-    const Pairs::Work binaryWork{kCells, double(samples.binary.GetLength())};
-    std::function<void()> pugixmlLoad, pugixmlSave, msgpackEncode, msgpackDecode;
+    const auto xml = std::make_shared<Zn_Buffer>(samples.Xml());
+    const Pairs::Work work{samples.Cells(), double(xml->GetLength())};
+    std::function<void()> load, save;
 #if ZN_WITH_PUGIXML
-    pugixmlLoad = [&] { PugixmlLoad(samples.xml); };
-    pugixmlSave = [&] { PugixmlSave(samples.sample); };
+    load = [=] { PugixmlLoad(*xml); };
+    save = [&samples] { PugixmlSave(samples.sample); };
 #endif
+    pairs.Add(
+        "XML message to tables", work, [=, &samples] { LoadXml(*xml, samples.rows); }, load, "pugixml");
+    pairs.Add(
+        "tables to XML message", work, [=, &samples] { Require(samples.Xml() == *xml, "bytes of the XML message"); },
+        save, "pugixml");
+}
+
+void AddBinary(Pairs& pairs, Samples& samples, const std::string& name)
+{
+    const Pairs::Work work{samples.Cells(), double(samples.binary.GetLength())};
+    std::function<void()> encode, decode;
 #if ZN_WITH_MSGPACK
-    const std::vector<Cell> cells = MakeCells(samples.sample);
-    msgpack::sbuffer packed;
-    MsgpackEncode(cells, packed);
-    msgpackEncode = [&] {
+    const auto cells = std::make_shared<std::vector<Cell>>(MakeCells(samples.sample));
+    const auto packed = std::make_shared<msgpack::sbuffer>();
+    MsgpackEncode(*cells, *packed);
+    encode = [=] {
         msgpack::sbuffer out;
-        MsgpackEncode(cells, out);
-        Require(out.size() == packed.size(), "length of msgpack");
+        MsgpackEncode(*cells, out);
+        Require(out.size() == packed->size(), "length of msgpack");
     };
-    msgpackDecode = [&] { MsgpackDecode(packed); };
+    decode = [=] { MsgpackDecode(*packed, double(cells->size())); };
 #endif
     pairs.Add(
-        "XML message to tables", xmlWork, [&] { LoadXml(samples.xml); }, pugixmlLoad, "pugixml");
-    pairs.Add(
-        "tables to XML message", xmlWork,
-        [&] {
-            Zn_Buffer out;
-            ZnXmlStreamSave(samples.params, samples.tables, out, 65001, nullptr, 0);
-            Require(out == samples.xml, "bytes of the XML message");
-        },
-        pugixmlSave, "pugixml");
-    pairs.Add(
-        "tables to binary message", binaryWork,
-        [&] {
+        "tables to binary message" + name, work,
+        [&samples] {
             Zn_Buffer out;
             ZnBinStreamSave(samples.params, samples.tables, out, 0);
             Require(out == samples.binary, "bytes of the binary message");
         },
-        msgpackEncode, "msgpack");
+        encode, "msgpack");
     pairs.Add(
-        "binary message to tables", binaryWork, [&] { LoadBinary(samples.binary); }, msgpackDecode, "msgpack");
+        "binary message to tables" + name, work, [&samples] { LoadBinary(samples.binary, samples.rows); }, decode,
+        "msgpack");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    ReportMemory(kRows);
+    ReportMemory(kManyRows);
+    std::fflush(stdout);
+    Samples few(kRows), many(kManyRows);
+    Pairs pairs;
+    AddXml(pairs, few);
+    AddBinary(pairs, few, "");
+    AddBinary(pairs, many, ", 1,000,000 rows");
     return pairs.Run(argc, argv);
 }
