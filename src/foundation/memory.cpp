@@ -1,21 +1,18 @@
 #include "foundation/memory.h"
 
-#include <atomic>
 #include <cstdlib>
 
 namespace {
 
-// Allocations left up to the one that fails; 0 and below: none fails.
-std::atomic<int> countdown{0};
 std::atomic<bool> failed{false};
 
 } // namespace
 
-bool zn::AllocationMustFail() noexcept
+constinit std::atomic<int> zn::allocationsToFailure{0};
+
+bool zn::IsTheOneToFail() noexcept
 {
-    if (countdown.load(std::memory_order_relaxed) <= 0) [[likely]]
-        return false;
-    if (countdown.fetch_sub(1, std::memory_order_relaxed) != 1)
+    if (allocationsToFailure.fetch_sub(1, std::memory_order_relaxed) != 1)
         return false;
     failed = true;
     return true;
@@ -39,7 +36,7 @@ void* zn::Reallocate(void* memory, int size) noexcept
 void zn::FailAllocation(int n) noexcept
 {
     failed = false;
-    countdown = n;
+    allocationsToFailure = n;
 }
 
 bool zn::AllocationFailed() noexcept

@@ -6,7 +6,13 @@
 
 #include "Zn_Base.h"
 
+#include <atomic>
+
 namespace zn {
+
+// Allocations left up to the one that fails; 0 and below: none fails.
+extern std::atomic<int> allocationsToFailure;
+bool IsTheOneToFail() noexcept;
 
 // Resizes what _zn_malloc returned (null: as _zn_malloc), keeping its bytes; null when it can't, and then
 // the old memory stays as it was.
@@ -16,7 +22,10 @@ void* Reallocate(void* memory, int size) noexcept;
 // use at a time: meant for tests.
 void FailAllocation(int n) noexcept;
 // Whether the allocation that asks is the one to fail; every allocator of the library's own asks.
-bool AllocationMustFail() noexcept;
+inline bool AllocationMustFail() noexcept
+{
+    return allocationsToFailure.load(std::memory_order_relaxed) > 0 && IsTheOneToFail();
+}
 // Whether the allocation asked for has failed since.
 bool AllocationFailed() noexcept;
 

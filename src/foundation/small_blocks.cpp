@@ -136,6 +136,8 @@ thread_local constinit Shard* mine = nullptr;
 
 Shard& OfThisThread() noexcept
 {
+    if (Zn_RefCount::IsOnlyThread())
+        return shards[0];
     if (!mine)
         mine = &shards[threads.fetch_add(1, std::memory_order_relaxed) % kShards];
     return *mine;
