@@ -15,6 +15,21 @@ constexpr bool IsOdd(char16_t unit) noexcept
     return unit == u'"' || unit == u'\'' || unit == u'\\' || zn_isspace(unit);
 }
 
+// The value without quotes behind a name and "=".
+bool TakeBareValue(std::u16string_view& text, std::size_t equals, NameValue& pair) noexcept
+{
+    std::size_t close = equals + 1;
+    for (; close < text.size() && !IsSeparator(text[close]); ++close) {
+        if (IsOdd(text[close]))
+            return false;
+    }
+    if (close == equals + 1)
+        return false;
+    pair = {text.substr(0, equals), text.substr(equals + 1, close - equals - 1), ValuePlace::WithName};
+    text.remove_prefix(close);
+    return true;
+}
+
 } // namespace
 
 bool TakePlainAttribute(std::u16string_view& text, NameValue& pair) noexcept
@@ -28,11 +43,11 @@ bool TakePlainAttribute(std::u16string_view& text, NameValue& pair) noexcept
         if (IsOdd(text[equals++]))
             return false;
     }
-    if (equals + 2 >= text.size())
+    if (equals + 1 >= text.size())
         return false;
     const char16_t quote = text[equals + 1];
     if (quote != u'"' && quote != u'\'')
-        return false;
+        return TakeBareValue(text, equals, pair);
     std::size_t close = equals + 2;
     while (close < text.size() && text[close] != quote) {
         if (text[close++] == u'\\')

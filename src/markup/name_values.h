@@ -26,8 +26,8 @@ struct NameValue {
     bool IsQuoted() const noexcept { return !value.empty() && (value.front() == u'"' || value.front() == u'\''); }
 };
 
-// Takes the plain attribute at the front of text (name="value" without backslashes), as nearly all are; false,
-// and text stays, when something else stands there.
+// Takes the plain attribute at the front of text (name="value" or name=value, without backslashes), as nearly all are;
+// false, and text stays but for blanks in front, when something else stands there.
 bool TakePlainAttribute(std::u16string_view& text, NameValue& pair) noexcept;
 
 template <class Add>

@@ -27,6 +27,7 @@ TEST(NameValues, AttributesOfATag)
         {u"", ""},
         {u"a=1 b = '2' c", "a[1]b[2]c[]"},
         {u"x y=1", "x[]"},
+        {u"id=h1 border=1\ta=b=c\r\nd=\u00e4", "id[h1]border[1]a[b=c]d[\xC3\xA4]"},
         {u"a=\"1\" b='2'\r\n\tc=\"\"", "a[1]b[2]c[]"},
         {u"a=\"x y\" b='it\"s'", "a[x y]b[it\"s]"},
         {u"a= 1 b =2 c = 3", "a[1]b[2]c[3]"},
