@@ -432,10 +432,10 @@ public:
 protected:
     // Sorts the stored rows from lo to hi by columns (-1: passed over) and directions (1 up, -1 down); 0, -1 when
     // there is no memory.
-    long _qsort(int keys[], int nkeys, int lo, int hi, int dirs[]);
+    long _qsort(const int keys[], int nkeys, int lo, int hi, const int dirs[]);
     // What the sort compares: below, equal to or above 0. Callers rely on a row being equal to itself and to those
     // before it.
-    int _CompareRecord(int keys[], int nkeys, int a, int b, int dirs[]) const;
+    int _CompareRecord(const int keys[], int nkeys, int a, int b, const int dirs[]) const;
     int SaveXmlHead(Zn_DOMElement& parent, int headMode) const;
     int SaveXmlData(Zn_DOMElement& datasetElement, int dataMode) const;
     int SaveXmlDeleteData(Zn_DOMElement& datasetElement) const;

@@ -92,7 +92,7 @@ long Zn_Dataset::Sort(const char16_t* spec, int ascending)
     for (int k = 0; k < count; ++k) {
         const std::u16string_view item = items.GetItemNN(k).GetView();
         const std::size_t colon = item.find(u':');
-        const bool hasDirection = colon != item.npos && colon > 0;
+        const bool hasDirection = colon != std::u16string_view::npos && colon > 0;
         keys[k] = GetColIndex(hasDirection ? item.substr(0, colon) : item);
         dirs[k] = hasDirection && colon + 1 < item.size() ? DirectionOf(item[colon + 1], direction) : direction;
     }
@@ -103,7 +103,7 @@ long Zn_Dataset::Sort(const char16_t* spec, int ascending)
     return 0;
 }
 
-int Zn_Dataset::_CompareRecord(int keys[], int nkeys, int a, int b, int dirs[]) const
+int Zn_Dataset::_CompareRecord(const int keys[], int nkeys, int a, int b, const int dirs[]) const
 {
     if (a >= b)
         return 0;
@@ -134,7 +134,7 @@ zn::SortKey Zn_Dataset::ReadKey(int col, bool descending, int lo, int hi) const
     return key;
 }
 
-long Zn_Dataset::_qsort(int keys[], int nkeys, int lo, int hi, int dirs[])
+long Zn_Dataset::_qsort(const int keys[], int nkeys, int lo, int hi, const int dirs[])
 {
     lo = std::max(lo, 0);
     hi = std::min(hi, rows_.Count() - 1);

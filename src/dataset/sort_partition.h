@@ -43,7 +43,7 @@ public:
     void Build(int low, int high)
     {
         if (nodes_.empty()) {
-            leaves_ = std::bit_ceil(static_cast<std::size_t>(count_ / kBlock + 1));
+            leaves_ = std::bit_ceil(BlockOf(count_) + 1);
             nodes_.resize(2 * leaves_);
         }
         std::size_t first = leaves_ + BlockOf(low);

@@ -288,7 +288,8 @@ TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
             }
             const std::clock_t start = std::clock();
             table.Sort(u"k0", 1);
-            EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, kRows / 25000) << pattern.name << ", every " << emptyAt << "th empty";
+            EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, kRows / 25000)
+                << pattern.name << ", every " << emptyAt << "th empty";
         }
     }
 }
