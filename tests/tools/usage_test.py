@@ -6,7 +6,7 @@ import subprocess
 import tool
 from tool import STORE, ToolTest, main
 
-COMMANDS = ("show", "info", "convert", "edit", "apply", "reset", "accept", "compress", "decompress", "message", "messages",
+COMMANDS = ("show", "info", "convert", "edit", "apply", "append", "merge", "reset", "accept", "compress", "decompress", "message", "messages",
             "html", "xml", "config", "send", "receive")
 TWO_SIDED = ("send", "receive")  # network_test.py runs them
 
@@ -37,7 +37,7 @@ class Usage(ToolTest):
                     words = line[line.index("zn ") + 3:].split(" | ")[0]
                     self.zn(*shlex.split(words))
                     tried += 1
-        self.assertEqual(tried, 21)
+        self.assertEqual(tried, 23)
 
     def test_the_page_about_the_tool_shows_what_it_prints(self):
         for file in STORE.iterdir():

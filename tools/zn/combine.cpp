@@ -105,14 +105,14 @@ void Add(CLI::App& app, const char* name, const char* what, const char* example,
 void AddAppend(CLI::App& app, ExitCode&)
 {
     Add(app, "append", "Add the rows of one message to another as unchanged rows",
-        "Example: zn append january.bin february.bin both.bin", How::Append);
+        "Example: zn append store.bin edited.bin both.bin", How::Append);
 }
 
 void AddMerge(CLI::App& app, ExitCode&)
 {
     Add(app, "merge", "Add the rows of one message to another as inserted rows",
         "A receiver can then apply, or undo, what was merged: zn convert OUT CHANGES --mode 2 sends that alone.\n"
-        "Example: zn merge store.bin new-customers.xml merged.bin --dataset customers",
+        "Example: zn merge store.bin edited.bin merged.bin --dataset customers",
         How::Merge);
 }
 
