@@ -418,7 +418,7 @@ public:
     int Save(Zn_Buffer& out, int mode) const;
     // Empties the table and reads that at offset; returns the offset behind it, -1 for a wrong marker, another negative
     // number for a value that can't be read (the table is then empty). Data cut short gives the buffer's length.
-    int Load(const Zn_Buffer& in, int offset);
+    int Load(const Zn_Buffer& source, int offset);
     // Appends a block of rows without head. Callers rely on it as it is: a positive count limits the number that is
     // announced, while all rows from start on are written.
     int SaveNext(Zn_Buffer& out, int start, int count) const;

@@ -135,7 +135,7 @@ public:
     int Save(Zn_Buffer& out, unsigned codePage) const;
     // Empties the list and reads a block at offset; returns the offset behind it, -1 for a wrong marker, the
     // buffer's length for data cut short; a value that can't be read empties the list and gives its negative result.
-    int Load(const Zn_Buffer& in, int offset, unsigned codePage);
+    int Load(const Zn_Buffer& source, int offset, unsigned codePage);
     // Appends "<params>" as 8-bit text. Nothing is escaped: ids and values stand as they are. Returns the new length.
     int SaveXml(Zn_Buffer& out, int unused, unsigned codePage) const;
     // Clears the element and makes its "params" child (behind an XML declaration when withDeclaration is exactly 1).

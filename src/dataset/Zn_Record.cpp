@@ -110,7 +110,8 @@ constexpr int kHeadSize = 6;
 
 int Zn_Record::Load(const Zn_Buffer& in, int offset, unsigned codePage)
 {
-    const Zn_Buffer kept(in); // it may be one of the values, which go
+    // It may be one of the values, which go.
+    const Zn_Buffer kept(in); // NOLINT(performance-unnecessary-copy-initialization)
     return LoadFrom(kept, offset, codePage);
 }
 

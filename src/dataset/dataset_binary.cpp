@@ -96,7 +96,8 @@ int Zn_Dataset::SaveNext(Zn_Buffer& out, int start, int count) const
 
 int Zn_Dataset::Load(const Zn_Buffer& source, int offset)
 {
-    const Zn_Buffer in(source); // it may be the value of a cell, which goes now
+    // It may be the value of a cell, which goes now.
+    const Zn_Buffer in(source); // NOLINT(performance-unnecessary-copy-initialization)
     ClearAll();
     offset = LoadHead(in, offset);
     if (offset < 0)

@@ -45,6 +45,7 @@ private:
 
 } // namespace
 
+// NOLINTNEXTLINE(misc-no-recursion): one level, onto a copy of the table itself
 int Zn_Dataset::Copy(const Zn_Dataset* src, unsigned)
 {
     if (src == this) {
@@ -76,7 +77,7 @@ int Zn_Dataset::Copy(const Zn_Dataset* src, unsigned)
 void Zn_Dataset::ShareRows(const Zn_RecList& source, int count)
 {
     for (int i = 0; i < count; ++i) {
-        Zn_Record* row = const_cast<Zn_Record*>(source.GetItem(i));
+        auto* row = const_cast<Zn_Record*>(source.GetItem(i));
         if (!row || rows_.AddLink(row) < 0)
             continue;
         if (row->GetOrgIdx() >= 0) {

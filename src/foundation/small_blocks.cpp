@@ -85,7 +85,7 @@ struct Slab : Linked<Slab> {
 
 // Slabs that come from the system together; linked while there is a slab to give.
 struct Region : Linked<Region> {
-    Region(Shard& owner, unsigned char* end) noexcept : shard(owner)
+    Region(Shard& owner, const unsigned char* end) noexcept : shard(owner)
     {
         const auto front = reinterpret_cast<std::uintptr_t>(this + 1);
         first = reinterpret_cast<unsigned char*>((front + kSlab - 1) & ~(kSlab - 1));

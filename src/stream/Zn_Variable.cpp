@@ -139,7 +139,8 @@ int Zn_VariableList::Save(Zn_Buffer& out, unsigned codePage) const
 
 int Zn_VariableList::Load(const Zn_Buffer& source, int offset, unsigned codePage)
 {
-    const Zn_Buffer in(source); // it may be one of the values, which go now
+    // It may be one of the values, which go now.
+    const Zn_Buffer in(source); // NOLINT(performance-unnecessary-copy-initialization)
     ReleaseList();
     const int length = in.GetLength();
     const unsigned char* data = in.GetData();

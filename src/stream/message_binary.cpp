@@ -28,7 +28,8 @@ int ZnBinStreamSave(const Zn_VariableList& variables, Zn_DatasetList& datasets, 
 
 int ZnBinStreamLoad(Zn_VariableList& variables, Zn_DatasetList& datasets, const Zn_Buffer& source)
 {
-    const Zn_Buffer in(source); // it may be a value in one of the lists
+    // It may be a value in one of the lists.
+    const Zn_Buffer in(source); // NOLINT(performance-unnecessary-copy-initialization)
     variables.ReleaseList();
     datasets.ReleaseList();
     if (in.GetLength() < kHeaderSize || zn::GetBe16(in.GetData()) == 0)

@@ -34,7 +34,7 @@ void ReportLeftOut(const Zn_Dataset& target, const Zn_Dataset& added, const Mess
 // The table of an id in a message; one that is missing is made, with the columns of the table to be added.
 Zn_Dataset& TargetOf(Message& message, const Zn_Dataset& added)
 {
-    const Zn_WString id = added.GetId();
+    const Zn_WString& id = added.GetId();
     if (Zn_Dataset* table = message.tables.GetSafeItem(id.GetText()))
         return *table;
     Zn_Dataset empty(id, added.GetCurrentCodePage());
