@@ -29,7 +29,8 @@ std::string Both(const char* format, Args... args)
 bool IsPrintedOtherwise(std::string_view flags, std::string_view size, char conversion)
 {
 #if defined(_WIN32)
-    return (flags == " " && conversion == 'u') || (flags.find('#') != flags.npos && size == ".0" && conversion == 'o');
+    const auto has = [flags](char flag) { return flags.find(flag) != flags.npos; };
+    return (has(' ') && conversion == 'u') || (has('#') && size == ".0" && conversion == 'o');
 #else
     static_cast<void>(flags), static_cast<void>(size), static_cast<void>(conversion);
     return false;
