@@ -19,7 +19,7 @@ int Column(const Zn_Dataset& table, const std::string& name)
     return table.GetColIndex(Zn_WString::FromUtf8(name).GetView());
 }
 
-// The parts of a sort specification or a filter as the library splits them.
+// The parts of what --sort or --filter was given, as the library splits them.
 std::vector<std::string> Split(const std::string& text, const char* separator)
 {
     Zn_AStrList parts;
