@@ -11,7 +11,7 @@
 #include <random>
 
 #if ZN_WITH_SQLITE
-#    include <sqlite3.h>
+#    include "sqlite_memory.h"
 #endif
 
 namespace {
@@ -39,17 +39,12 @@ class SqlTable {
 public:
     explicit SqlTable(const std::vector<SampleRow>& sample)
     {
-        Require(sqlite3_open(":memory:", &db_) == SQLITE_OK, "opening SQLite");
-        Do("CREATE TABLE sample (id INTEGER, price REAL, name TEXT, address TEXT, date TEXT, country TEXT,"
-           " quantity INTEGER, weight REAL)");
+        db_.Do("CREATE TABLE sample (id INTEGER, price REAL, name TEXT, address TEXT, date TEXT, country TEXT,"
+               " quantity INTEGER, weight REAL)");
         Fill(sample);
-        query_ = Prepare("SELECT quantity FROM sample WHERE rowid = ?");
+        query_ = db_.Prepare("SELECT quantity FROM sample WHERE rowid = ?");
     }
-    ~SqlTable()
-    {
-        sqlite3_finalize(query_);
-        sqlite3_close(db_);
-    }
+    ~SqlTable() { sqlite3_finalize(query_); }
     SqlTable(const SqlTable&) = delete;
     SqlTable& operator=(const SqlTable&) = delete;
 
@@ -60,23 +55,16 @@ public:
         sqlite3_reset(query_);
         return found;
     }
-    int LastRow() const { return static_cast<int>(sqlite3_last_insert_rowid(db_)); }
+    int LastRow() const { return db_.LastRow(); }
 
 private:
-    void Do(const char* sql) { Require(sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK, sql); }
-    sqlite3_stmt* Prepare(const char* sql)
-    {
-        sqlite3_stmt* statement = nullptr;
-        Require(sqlite3_prepare_v2(db_, sql, -1, &statement, nullptr) == SQLITE_OK, sql);
-        return statement;
-    }
     void Fill(const std::vector<SampleRow>& sample)
     {
-        sqlite3_stmt* insert = Prepare("INSERT INTO sample VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
+        sqlite3_stmt* insert = db_.Prepare("INSERT INTO sample VALUES (?, ?, ?, ?, ?, ?, ?, ?)");
         const auto bind = [&](int at, const std::string& text) {
             sqlite3_bind_text(insert, at, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
         };
-        Do("BEGIN");
+        db_.Do("BEGIN");
         for (const SampleRow& row : sample) {
             sqlite3_bind_int(insert, 1, row.id);
             sqlite3_bind_double(insert, 2, row.price);
@@ -89,11 +77,11 @@ private:
             sqlite3_step(insert);
             sqlite3_reset(insert);
         }
-        Do("COMMIT");
+        db_.Do("COMMIT");
         sqlite3_finalize(insert);
     }
 
-    sqlite3* db_ = nullptr;
+    SqliteMemory db_;
     sqlite3_stmt* query_ = nullptr;
 };
 #endif

@@ -15,7 +15,7 @@
 #include <vector>
 
 #if ZN_WITH_SQLITE
-#    include <sqlite3.h>
+#    include "sqlite_memory.h"
 #endif
 
 namespace {
@@ -90,11 +90,10 @@ class SqlTable {
 public:
     explicit SqlTable(const std::vector<Row>& rows)
     {
-        Require(sqlite3_open(":memory:", &db_) == SQLITE_OK, "opening SQLite");
-        Do("CREATE TABLE t (shuffled INTEGER, counted INTEGER, sixteen INTEGER, total REAL, text TEXT, code TEXT,"
-           " city TEXT)");
-        Do("BEGIN");
-        sqlite3_stmt* insert = Prepare("INSERT INTO t VALUES (?, ?, ?, ?, ?, ?, ?)");
+        db_.Do("CREATE TABLE t (shuffled INTEGER, counted INTEGER, sixteen INTEGER, total REAL, text TEXT, code TEXT,"
+               " city TEXT)");
+        db_.Do("BEGIN");
+        sqlite3_stmt* insert = db_.Prepare("INSERT INTO t VALUES (?, ?, ?, ?, ?, ?, ?)");
         for (const Row& row : rows) {
             sqlite3_bind_int(insert, 1, row.shuffled);
             sqlite3_bind_int(insert, 2, row.counted);
@@ -106,17 +105,14 @@ public:
             sqlite3_reset(insert);
         }
         sqlite3_finalize(insert);
-        Do("COMMIT");
+        db_.Do("COMMIT");
     }
-    ~SqlTable() { sqlite3_close(db_); }
-    SqlTable(const SqlTable&) = delete;
-    SqlTable& operator=(const SqlTable&) = delete;
 
     // Calls body(statement) for each row of a query; returns how many there were.
     template <class Body>
     int Query(const std::string& sql, Body body)
     {
-        sqlite3_stmt* statement = Prepare(sql.c_str());
+        sqlite3_stmt* statement = db_.Prepare(sql.c_str());
         int rows = 0;
         for (; sqlite3_step(statement) == SQLITE_ROW; ++rows)
             body(statement);
@@ -125,15 +121,7 @@ public:
     }
 
 private:
-    void Do(const char* sql) { Require(sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK, sql); }
-    sqlite3_stmt* Prepare(const char* sql)
-    {
-        sqlite3_stmt* statement = nullptr;
-        Require(sqlite3_prepare_v2(db_, sql, -1, &statement, nullptr) == SQLITE_OK, sql);
-        return statement;
-    }
-
-    sqlite3* db_ = nullptr;
+    SqliteMemory db_;
 };
 #else
 class SqlTable {

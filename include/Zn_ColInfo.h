@@ -108,6 +108,8 @@ public:
     static int GetTypeNo(const char16_t* name) noexcept;
     // Name of a type code, "STRING" for an unknown one; never null.
     static const char16_t* GetTypeStr(int code) noexcept;
+    // The Zn_Variant type that a column of a type holds; callers rely on date columns holding text.
+    static std::uint16_t GetValueType(int code) noexcept;
 
 private:
     Zn_ColList& Touched() noexcept

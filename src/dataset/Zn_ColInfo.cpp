@@ -1,6 +1,7 @@
 #include "Zn_ColInfo.h"
 
 #include "Zn_AString.h"
+#include "Zn_Variant.h"
 #include "dataset/column_order.h"
 #include "foundation/byte_writer.h"
 #include "foundation/vector_list.h"
@@ -158,6 +159,22 @@ const char16_t* Zn_ColList::GetTypeStr(int code) noexcept
             return entry.name;
     }
     return kTypeNames[0].name;
+}
+
+std::uint16_t Zn_ColList::GetValueType(int code) noexcept
+{
+    switch (code) {
+    case Zn_ColInfo::Int:
+        return Zn_Variant::Integer;
+    case Zn_ColInfo::Decimal:
+        return Zn_Variant::Decimal;
+    case Zn_ColInfo::Currency:
+        return Zn_Variant::Currency;
+    case Zn_ColInfo::Blob:
+        return Zn_Variant::Binary;
+    default:
+        return Zn_Variant::String;
+    }
 }
 
 int Zn_ColList::Save(Zn_Buffer& out, unsigned codePage) const

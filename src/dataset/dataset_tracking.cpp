@@ -12,23 +12,6 @@
 
 namespace {
 
-// The value type that a column of a type holds. Date columns hold text: callers rely on it.
-int StoredType(int columnType)
-{
-    switch (columnType) {
-    case Zn_ColInfo::Int:
-        return Zn_Variant::Integer;
-    case Zn_ColInfo::Decimal:
-        return Zn_Variant::Decimal;
-    case Zn_ColInfo::Currency:
-        return Zn_Variant::Currency;
-    case Zn_ColInfo::Blob:
-        return Zn_Variant::Binary;
-    default:
-        return Zn_Variant::String;
-    }
-}
-
 bool HasValue(const Zn_Variant* value)
 {
     return value && value->type != Zn_Variant::Empty && value->type != Zn_Variant::Null;
@@ -122,13 +105,13 @@ int Zn_Dataset::StoreValue(int rawRow, int col, const Zn_Variant* value, bool li
     if (!row)
         return 0;
     Zn_Variant converted;
-    const int storedType = StoredType(column->type);
+    const std::uint16_t storedType = Zn_ColList::GetValueType(column->type);
     if (!value) {
         value = &converted;
         link = false;
     } else if (HasValue(value) && value->type != storedType) {
         converted = *value;
-        converted.ChangeType(static_cast<unsigned short>(storedType));
+        converted.ChangeType(storedType);
         value = &converted;
         link = false;
     }

@@ -74,22 +74,6 @@ Loss BinaryLoss(const Zn_Variant& value, unsigned codePage)
     }
 }
 
-std::uint16_t TypeOfColumn(short columnType)
-{
-    switch (columnType) {
-    case Zn_ColInfo::Int:
-        return Zn_Variant::Integer;
-    case Zn_ColInfo::Decimal:
-        return Zn_Variant::Decimal;
-    case Zn_ColInfo::Currency:
-        return Zn_Variant::Currency;
-    case Zn_ColInfo::Blob:
-        return Zn_Variant::Binary;
-    default:
-        return Zn_Variant::String;
-    }
-}
-
 Loss XmlLoss(const Zn_Variant& value, std::uint16_t readBackAs)
 {
     if (value.type != readBackAs)
@@ -261,7 +245,7 @@ private:
     {
         if (IsNothing(value))
             return;
-        const Loss loss = xml_ ? XmlLoss(*value, TypeOfColumn(table.GetColInfo(col)->type))
+        const Loss loss = xml_ ? XmlLoss(*value, Zn_ColList::GetValueType(table.GetColInfo(col)->type))
                                : BinaryLoss(*value, table.GetCurrentCodePage());
         if (loss == Loss::None)
             return;
