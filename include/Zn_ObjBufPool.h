@@ -29,7 +29,8 @@ static_assert(sizeof(Zn_ObjBufData) == 8, "items behind the count stay 8-byte al
 
 class ZN_API Zn_ObjBufPool {
 public:
-    // The name is kept by pointer; itemSize is in bytes; the pool grows by itemsPerBlock items at a time.
+    // The name is kept by pointer; itemSize is in bytes; the pool grows by itemsPerBlock items at a time, once it is
+    // large by a quarter of what it is, up to 2 MiB.
     Zn_ObjBufPool(const char* name, int itemSize, int itemsPerBlock) noexcept;
     // Copies the description only: name and sizes.
     Zn_ObjBufPool(const Zn_ObjBufPool& other) noexcept;
@@ -64,11 +65,12 @@ public:
     int GetUsedCount() const noexcept;
 
 private:
-    std::size_t BlockSize() const noexcept
-    {
-        return static_cast<std::size_t>(stride_) * static_cast<std::size_t>(itemsPerBlock_);
-    }
+    struct Block {
+        unsigned char* begin;
+        std::size_t size; // in bytes
+    };
     struct FreeItem;
+    std::size_t NextBlockSize() const noexcept;
     void* Take() noexcept;
     void PutBack(void* item) noexcept;
     unsigned char* TakeRun(int count) noexcept;
@@ -80,7 +82,7 @@ private:
     }
     bool Grow() noexcept;
     void Shrink() noexcept;
-    void OpenBlock(unsigned char* block) noexcept;
+    void OpenBlock(const Block& block) noexcept;
 
     const char* name_;
     int itemSize_;
@@ -92,7 +94,8 @@ private:
     std::uint64_t freeLengths_ = 0;            // a bit for each length of which there is a run
     unsigned char* fresh_ = nullptr;           // not yet used part of the newest block
     unsigned char* freshEnd_ = nullptr;
-    unsigned char** blocks_ = nullptr; // in the order of their addresses
+    Block* blocks_ = nullptr; // in the order of their addresses
+    std::size_t memory_ = 0;  // bytes of all of them
     int blockCount_ = 0;
     int blockRoom_ = 0;
     mutable int lastOwner_ = 0; // where Owns last found an item

@@ -3,6 +3,7 @@
 #include "foundation/asan.h"
 #include "foundation/memory.h"
 #include "foundation/spin_guard.h"
+#include "platform/platform.h"
 
 #include <algorithm>
 #include <bit>
@@ -30,8 +31,10 @@ Zn_ObjBufPool::Zn_ObjBufPool(const Zn_ObjBufPool& other) noexcept
 
 Zn_ObjBufPool::~Zn_ObjBufPool()
 {
-    while (blockCount_ > 0)
-        zn_free(blocks_[--blockCount_]);
+    while (blockCount_ > 0) {
+        --blockCount_;
+        zn::GiveChunk(blocks_[blockCount_].begin, blocks_[blockCount_].size);
+    }
     zn_free(blocks_);
 }
 
@@ -159,64 +162,84 @@ bool Zn_ObjBufPool::Grow() noexcept
 {
     if (blockCount_ == blockRoom_) {
         const int room = blockRoom_ + blockRoom_ / 2 + 8;
-        constexpr int kMost = INT_MAX / static_cast<int>(sizeof(void*));
-        void* grown = room > kMost ? nullptr : zn::Reallocate(blocks_, room * static_cast<int>(sizeof(void*)));
+        constexpr int kMost = INT_MAX / static_cast<int>(sizeof(Block));
+        void* grown = room > kMost ? nullptr : zn::Reallocate(blocks_, room * static_cast<int>(sizeof(Block)));
         if (!grown)
             return false;
-        blocks_ = static_cast<unsigned char**>(grown);
+        blocks_ = static_cast<Block*>(grown);
         blockRoom_ = room;
     }
-    auto* block = static_cast<unsigned char*>(_zn_malloc(stride_ * itemsPerBlock_));
-    if (!block)
+    Block block{nullptr, NextBlockSize()};
+    block.begin = static_cast<unsigned char*>(zn::TakeChunk(block.size));
+    if (!block.begin)
         return false;
-    unsigned char** end = blocks_ + blockCount_;
-    unsigned char** place = std::upper_bound(blocks_, end, block, std::less<>());
+    Block* end = blocks_ + blockCount_;
+    Block* place = std::upper_bound(blocks_, end, block,
+                                    [](const Block& a, const Block& b) { return std::less<>()(a.begin, b.begin); });
     std::copy_backward(place, end, end + 1);
     *place = block;
     ++blockCount_;
+    memory_ += block.size;
     OpenBlock(block);
     return true;
 }
 
+// Blocks of a large pool are large too, so that there are few to look through and the system gives large pages.
+std::size_t Zn_ObjBufPool::NextBlockSize() const noexcept
+{
+    constexpr std::size_t kPage = zn::platform::kLargePage;
+    const std::size_t step = RunSize(itemsPerBlock_);
+    const std::size_t part = memory_ / 4;
+    if (step > kPage || part < step)
+        return step;
+    return part < kPage ? part / step * step : kPage;
+}
+
 void Zn_ObjBufPool::Shrink() noexcept
 {
+    std::iter_swap(blocks_, std::min_element(blocks_, blocks_ + blockCount_,
+                                             [](const Block& a, const Block& b) { return a.size < b.size; }));
     while (blockCount_ > 1) {
-        unsigned char* block = blocks_[--blockCount_];
-        zn::OpenMemory(block, BlockSize());
-        zn_free(block);
+        const Block& block = blocks_[--blockCount_];
+        zn::OpenMemory(block.begin, block.size);
+        zn::GiveChunk(block.begin, block.size);
     }
+    memory_ = blocks_[0].size;
     free_ = nullptr;
     std::fill(std::begin(freeRuns_), std::end(freeRuns_), nullptr);
     freeLengths_ = 0;
     OpenBlock(blocks_[0]);
 }
 
-void Zn_ObjBufPool::OpenBlock(unsigned char* block) noexcept
+void Zn_ObjBufPool::OpenBlock(const Block& block) noexcept
 {
-    fresh_ = block;
-    freshEnd_ = block + BlockSize();
-    zn::CloseMemory(block, BlockSize());
+    fresh_ = block.begin;
+    freshEnd_ = block.begin + block.size;
+    zn::CloseMemory(block.begin, block.size);
 }
 
 bool Zn_ObjBufPool::Owns(const void* item) const noexcept
 {
     const zn::SpinGuard guard(locked_);
     const auto address = reinterpret_cast<std::uintptr_t>(item) - sizeof(Zn_ObjBufData);
-    const auto offsetIn = [&](int block) { return address - reinterpret_cast<std::uintptr_t>(blocks_[block]); };
-    int block = lastOwner_;
-    if (block >= blockCount_ || offsetIn(block) >= BlockSize()) {
-        unsigned char** next =
-            std::upper_bound(blocks_, blocks_ + blockCount_, address, [](std::uintptr_t a, const unsigned char* b) {
-                return a < reinterpret_cast<std::uintptr_t>(b);
+    const auto offsetIn = [address](const Block& block) {
+        return address - reinterpret_cast<std::uintptr_t>(block.begin);
+    };
+    int owner = lastOwner_;
+    if (owner >= blockCount_ || offsetIn(blocks_[owner]) >= blocks_[owner].size) {
+        const Block* next =
+            std::upper_bound(blocks_, blocks_ + blockCount_, address, [](std::uintptr_t a, const Block& b) {
+                return a < reinterpret_cast<std::uintptr_t>(b.begin);
             });
         if (next == blocks_)
             return false;
-        block = static_cast<int>(next - blocks_) - 1;
-        if (offsetIn(block) >= BlockSize())
+        owner = static_cast<int>(next - blocks_) - 1;
+        if (offsetIn(blocks_[owner]) >= blocks_[owner].size)
             return false;
-        lastOwner_ = block;
+        lastOwner_ = owner;
     }
-    return offsetIn(block) % static_cast<std::uintptr_t>(stride_) == 0;
+    const std::uintptr_t offset = offsetIn(blocks_[owner]);
+    return offset % static_cast<std::uintptr_t>(stride_) == 0 && offset + RunSize(1) <= blocks_[owner].size;
 }
 
 int Zn_ObjBufPool::GetUsedCount() const noexcept

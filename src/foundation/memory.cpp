@@ -1,10 +1,24 @@
 #include "foundation/memory.h"
 
+#include "foundation/asan.h"
+#include "platform/platform.h"
+
+#include <climits>
 #include <cstdlib>
 
 namespace {
 
 std::atomic<bool> failed{false};
+
+// Memory from this size on is worth large pages.
+constexpr int kLarge = 1 << 20;
+
+void* WithLargePages(void* memory, int size) noexcept
+{
+    if (memory && size >= kLarge)
+        zn::platform::PreferLargePages(memory, static_cast<std::size_t>(size));
+    return memory;
+}
 
 } // namespace
 
@@ -20,7 +34,9 @@ bool zn::IsTheOneToFail() noexcept
 
 void* _zn_malloc(int size) noexcept
 {
-    return size < 1 || zn::AllocationMustFail() ? nullptr : std::malloc(static_cast<std::size_t>(size));
+    if (size < 1 || zn::AllocationMustFail())
+        return nullptr;
+    return WithLargePages(std::malloc(static_cast<std::size_t>(size)), size);
 }
 
 void zn_free(void* memory) noexcept
@@ -30,7 +46,29 @@ void zn_free(void* memory) noexcept
 
 void* zn::Reallocate(void* memory, int size) noexcept
 {
-    return size < 1 || zn::AllocationMustFail() ? nullptr : std::realloc(memory, static_cast<std::size_t>(size));
+    if (size < 1 || zn::AllocationMustFail())
+        return nullptr;
+    return WithLargePages(std::realloc(memory, static_cast<std::size_t>(size)), size);
+}
+
+// The leak checker looks for pointers in the heap alone.
+static bool StandsOnPages(std::size_t size) noexcept
+{
+    return !zn::kHasAsan && size % zn::platform::kLargePage == 0;
+}
+
+void* zn::TakeChunk(std::size_t size) noexcept
+{
+    if (size > INT_MAX)
+        return nullptr;
+    if (!StandsOnPages(size))
+        return _zn_malloc(static_cast<int>(size));
+    return AllocationMustFail() ? nullptr : platform::TakePages(size);
+}
+
+void zn::GiveChunk(void* chunk, std::size_t size) noexcept
+{
+    StandsOnPages(size) ? platform::GivePages(chunk, size) : zn_free(chunk);
 }
 
 void zn::FailAllocation(int n) noexcept

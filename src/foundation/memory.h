@@ -18,6 +18,11 @@ bool IsTheOneToFail() noexcept;
 // the old memory stays as it was.
 void* Reallocate(void* memory, int size) noexcept;
 
+// Memory of the size of many things, taken and given by size: a multiple of platform::kLargePage stands on pages of
+// its own, any other size in the heap. Null when there is none.
+void* TakeChunk(std::size_t size) noexcept;
+void GiveChunk(void* chunk, std::size_t size) noexcept;
+
 // Lets the n-th allocation from now on fail, once (1 is the next); 0 switches failing off. Of one thread's
 // use at a time: meant for tests.
 void FailAllocation(int n) noexcept;

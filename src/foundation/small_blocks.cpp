@@ -3,6 +3,7 @@
 #include "foundation/asan.h"
 #include "foundation/memory.h"
 #include "foundation/spin_guard.h"
+#include "platform/platform.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -31,8 +32,9 @@ static_assert(StepOf(kLargestSmall) == kSizes - 1 && SizeOfStep(kSizes - 1) == k
 
 // Slabs begin at multiples of their size, which is how a block finds its own.
 constexpr std::uintptr_t kSlab = 0x4000;
-constexpr int kSlabsOfRegion = 64;
-constexpr std::size_t kRegion = kSlab * (kSlabsOfRegion + 1); // one is lost to where the region begins
+// A shard's first region is small and stays; the others are worth large pages. Each loses a slab to where it begins.
+constexpr std::size_t kFirstRegion = kSlab * 32;
+constexpr std::size_t kRegion = platform::kLargePage;
 
 struct FreeBlock {
     FreeBlock* next;
@@ -85,10 +87,11 @@ struct Slab : Linked<Slab> {
 
 // Slabs that come from the system together; linked while there is a slab to give.
 struct Region : Linked<Region> {
-    Region(Shard& owner, const unsigned char* end) noexcept : shard(owner)
+    Region(Shard& owner, std::size_t bytes) noexcept : shard(owner), size(bytes)
     {
         const auto front = reinterpret_cast<std::uintptr_t>(this + 1);
         first = reinterpret_cast<unsigned char*>((front + kSlab - 1) & ~(kSlab - 1));
+        const unsigned char* end = reinterpret_cast<unsigned char*>(this) + size;
         count = static_cast<int>((end - first) / static_cast<std::ptrdiff_t>(kSlab));
     }
     bool HasRoom() const noexcept { return free || fresh < count; }
@@ -109,6 +112,7 @@ struct Region : Linked<Region> {
     }
 
     Shard& shard;
+    std::size_t size;
     unsigned char* first;
     int count;
     int fresh = 0;
@@ -120,6 +124,8 @@ struct Region : Linked<Region> {
 struct alignas(64) Shard {
     std::atomic<bool> locked{false};
     int regionCount = 0;
+    int freeSlabs = 0;     // of all regions
+    std::size_t bytes = 0; // of all regions
     Region* regions = nullptr;
     Slab* slabs[kSizes] = {};
 
@@ -127,6 +133,8 @@ struct alignas(64) Shard {
     void Give(Slab& slab, void* block) noexcept;
     Slab* OpenSlab(int step) noexcept;
     void CloseSlab(Slab& slab) noexcept;
+    bool OpenRegion(std::size_t size) noexcept;
+    void CloseRegion(Region& region) noexcept;
 };
 
 constexpr unsigned kShards = 16;
@@ -182,15 +190,11 @@ void Shard::Give(Slab& slab, void* block) noexcept
 
 Slab* Shard::OpenSlab(int step) noexcept
 {
-    if (!regions) {
-        void* memory = std::malloc(kRegion);
-        if (!memory)
-            return nullptr;
-        Region::Put(regions, new (memory) Region(*this, static_cast<unsigned char*>(memory) + kRegion));
-        ++regionCount;
-    }
+    if (!regions && !OpenRegion(regionCount == 0 ? kFirstRegion : kRegion))
+        return nullptr;
     Region* region = regions;
     void* memory = region->Take();
+    --freeSlabs;
     if (!region->HasRoom())
         Region::TakeOut(regions, region);
     Slab* slab = new (memory) Slab(*region, step);
@@ -206,11 +210,33 @@ void Shard::CloseSlab(Slab& slab) noexcept
     if (!region.HasRoom())
         Region::Put(regions, &region);
     region.Give(&slab);
-    if (region.used == 0 && regionCount > 1) {
-        Region::TakeOut(regions, &region);
-        --regionCount;
-        std::free(&region);
-    }
+    ++freeSlabs;
+    // Not when the others are full: what comes and goes then would take it anew each time.
+    constexpr int kSpare = 4;
+    if (region.used == 0 && region.size == kRegion && freeSlabs - region.count >= kSpare)
+        CloseRegion(region);
+}
+
+bool Shard::OpenRegion(std::size_t size) noexcept
+{
+    void* memory = TakeChunk(size);
+    if (!memory)
+        return false;
+    auto* region = new (memory) Region(*this, size);
+    Region::Put(regions, region);
+    ++regionCount;
+    freeSlabs += region->count;
+    bytes += size;
+    return true;
+}
+
+void Shard::CloseRegion(Region& region) noexcept
+{
+    Region::TakeOut(regions, &region);
+    --regionCount;
+    freeSlabs -= region.count;
+    bytes -= region.size;
+    GiveChunk(&region, region.size);
 }
 
 } // namespace
@@ -234,12 +260,12 @@ void GiveSmall(void* block, int) noexcept
 
 std::size_t SmallMemory() noexcept
 {
-    std::size_t regionCount = 0;
+    std::size_t memory = 0;
     for (Shard& shard : shards) {
         const SpinGuard guard(shard.locked);
-        regionCount += static_cast<std::size_t>(shard.regionCount);
+        memory += shard.bytes;
     }
-    return kRegion * regionCount;
+    return memory;
 }
 
 void* TakeBlock(int size) noexcept

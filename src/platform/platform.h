@@ -27,6 +27,18 @@ std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept;
 // A variable of the environment, or the empty text; valid until the environment changes.
 std::string_view Environment(const char* name) noexcept;
 
+// ---- memory (posix_memory.cpp, windows_memory.cpp) --------------------------------------------
+
+// Large pages save most of the faults of a memory's first use and most misses of the address cache afterwards.
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+// Memory that begins and ends with a large page; the system puts large pages behind it where it has some.
+// Null when there is none, or when size is no multiple of kLargePage.
+void* TakePages(std::size_t size) noexcept;
+// With the size they were taken with.
+void GivePages(void* pages, std::size_t size) noexcept;
+// Asks for large pages behind memory of the heap. A wish only.
+void PreferLargePages(void* memory, std::size_t size) noexcept;
+
 // ---- code pages (posix_codepage.cpp, windows_codepage.cpp) ------------------------------------
 
 // Why a conversion stopped.

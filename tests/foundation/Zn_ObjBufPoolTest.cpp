@@ -56,6 +56,31 @@ TEST(ObjBufPool, OwnsItsItemsAndNothingElse)
     other.Free(foreign);
 }
 
+TEST(ObjBufPool, GrowsLargeAndShrinksToItsSmallestBlock)
+{
+    Zn_ObjBufPool pool("Test", 40, 16); // no divisor of the size of a page
+    std::vector<void*> items(500000);
+    ASSERT_EQ(pool.Alloc(items.data(), static_cast<int>(items.size())), static_cast<int>(items.size()));
+    for (std::size_t i = 0; i < items.size(); ++i)
+        std::memcpy(items[i], &i, sizeof i);
+    const auto* last = static_cast<char*>(*std::max_element(items.begin(), items.end()));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        ASSERT_TRUE(pool.Owns(items[i]) && std::memcmp(items[i], &i, sizeof i) == 0) << i;
+        ASSERT_FALSE(pool.Owns(static_cast<char*>(items[i]) + 4));
+    }
+    // The rest of a page that is too short for an item is none; one item is the next to be handed out.
+    std::sort(items.begin(), items.end());
+    int behindItems = 0;
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        const auto* behind = static_cast<char*>(items[i - 1]) + pool.GetStride();
+        behindItems += behind != items[i] && pool.Owns(behind);
+    }
+    EXPECT_LE(behindItems, 1);
+    EXPECT_FALSE(pool.Owns(last + (4 << 20)));
+    pool.Free(items.data(), static_cast<int>(items.size()));
+    EXPECT_EQ(std::count_if(items.begin(), items.end(), [&](void* item) { return pool.Owns(item); }), 16);
+}
+
 TEST(ObjBufPool, GivesWhatItCanWithoutMemory)
 {
     Zn_ObjBufPool pool("Test", 16, 8);
