@@ -34,11 +34,21 @@
 namespace zn {
 class SortKey;
 }
+class RawRows;
 class Zn_DatasetList;
 class Zn_DatasetXmlReader;
 class Zn_DOMElement;
 class Zn_NamedStrList;
 class Zn_OriginalIndex;
+
+// The figures of a column over a range of rows; see Zn_Dataset::Summarize.
+struct Zn_ColSummary {
+    int count = 0;    // of rows, with or without a value
+    Zn_Variant sum;   // INTEGER or DECIMAL
+    Zn_Variant least; // both empty where no row has a value
+    Zn_Variant most;
+    double average = 0; // sum by count
+};
 
 class ZN_API Zn_Dataset {
 public:
@@ -366,6 +376,11 @@ public:
     void GetMinNF(Zn_NameArg id, int from, int to, Zn_Variant& out) const { GetMinNF(GetColIndex(id), from, to, out); }
     double GetAvgNF(int col, int from, int to) const;
     double GetAvgNF(Zn_NameArg id, int from, int to) const { return GetAvgNF(GetColIndex(id), from, to); }
+    // What GetCount, GetSum, GetMin, GetMax (on an empty variant) and GetAvg give, in one walk.
+    Zn_ColSummary Summarize(int col, int from, int to) const;
+    Zn_ColSummary Summarize(Zn_NameArg id, int from, int to) const { return Summarize(GetColIndex(id), from, to); }
+    Zn_ColSummary SummarizeNF(int col, int from, int to) const;
+    Zn_ColSummary SummarizeNF(Zn_NameArg id, int from, int to) const { return SummarizeNF(GetColIndex(id), from, to); }
 
     // ---- Copies. An own id that is not empty is kept, and so is an own group definition, by which the copy is
     // grouped.
@@ -457,6 +472,7 @@ private:
     // Row numbers: the stored row behind a visible one, -1 for a group row or none.
     bool IsGroupRow(int row) const noexcept;
     int RawRow(int row) const noexcept;
+    const Zn_IntList* Map() const noexcept { return rowMapActive_ ? &rowMap_ : nullptr; }
     bool IsStorable(int row) const noexcept;
     const Zn_Record* Record(int row) const noexcept;
     int InsertRecord(int index, int asInserted);
@@ -466,15 +482,16 @@ private:
     // Views.
     zn::SortKey ReadKey(int col, bool descending, int lo, int hi) const;
     void ShowUnhidden();
-    std::uint64_t FindBreaks(int col, int first, int end) const;
+    template <class Mark>
+    void FindBreaks(int col, int first, int end, Mark mark) const;
     std::vector<std::int32_t> MapWithGroups(const std::vector<std::int32_t>& groups) const;
     const Zn_Variant* GroupValue(int row, int col) const;
     void Regroup();
-    int CountUpTo(int from, int to, int most) const noexcept;
-    template <class RawOf>
-    void SumOf(int col, int from, int to, int count, RawOf rawOf, Zn_Variant& out) const;
-    template <class RawOf>
-    void ExtremeOf(int col, int from, int to, short op, RawOf rawOf, Zn_Variant& out) const;
+    template <class... Figures>
+    void TakeInto(int col, int from, int to, RawRows rawOf, Figures&... figures) const;
+    bool IsSumIntegral(int col, int rawRow) const;
+    Zn_Variant SumOf(int col, int from, int to, RawRows rawOf) const;
+    Zn_ColSummary SummaryOf(int col, int from, int to, RawRows rawOf) const;
 
     // Change tracking.
     int StoreValue(int rawRow, int col, const Zn_Variant* value, bool link);

@@ -38,6 +38,9 @@ public:
             return Run(index)[0];
         return InStrip().taken >> index & 1 ? StripPlace(index, strideOfStrip) : nullptr;
     }
+    // What At reads first, and where the item of a strip would stand: for fetching them ahead, not for reading.
+    const void* LikelyHead() const noexcept { return head_; }
+    const void* LikelyItem(int index, int stride) const noexcept { return StripPlace(index, stride); }
     // The place at an index in range, and those behind it that stand next to it in memory.
     std::span<void*> Run(int index) const noexcept;
 

@@ -87,6 +87,13 @@ public:
         return item ? item : &EmptyItem();
     }
     const Item* operator[](int index) const noexcept { return GetItemNN(index); }
+    // Addresses that GetItem is likely to go through and to give, for fetching them into the processor's caches
+    // before. Nothing needs to be there.
+    const void* LikelyHead() const noexcept { return Places().LikelyHead(); }
+    const Item* LikelyItem(int index) const noexcept
+    {
+        return static_cast<const Item*>(Places().LikelyItem(index, kStride));
+    }
     // Writable item, or null.
     Item* GetSafeItem(int index) noexcept { return static_cast<Item*>(ItemAt(index, kStride)); }
 

@@ -48,7 +48,8 @@ long Zn_Dataset::Filter(const char16_t* expr)
         Zn_Record* record = rows_.GetSafeItem(row);
         // Callers rely on the row's own number being the place that is compared, whatever column is named, and on the
         // map being in force without being built.
-        if (record && zn::TextMatches(record->GetItem(row), [&](auto text) { return text == hidden.GetView(); })) {
+        if (record && zn::TextMatches(record->GetItem(row),
+                                      [&](std::u16string_view text) { return zn::SameText(text, hidden.GetView()); })) {
             record->SetFilter(1);
             rowMapActive_ = 1;
         }
@@ -65,19 +66,19 @@ int Zn_Dataset::ShowOnly(Zn_NameArg id, std::u16string_view value)
     const int count = GetRowCount();
     if (!zn::Guarded([&] { shown.reserve(static_cast<std::size_t>(count)); }))
         return -1;
-    const auto take = [&](int row, const Zn_Variant* found) {
-        const int rawRow = RawRow(row);
-        if (rawRow >= 0 && zn::TextMatches(found, [&](auto text) { return text == value; }))
+    const RawRows rawOf(Map());
+    const auto take = [&](int row, const Zn_Record* record, const Zn_Variant* found) {
+        const int rawRow = rawOf(row);
+        if (rawRow >= 0 && zn::TextMatches(found, [&](std::u16string_view text) { return zn::SameText(text, value); }))
             shown.push_back(rawRow);
-        else if (Zn_Record* record = rows_.GetSafeItem(rawRow))
-            record->SetFilter(1);
+        else if (record)
+            rows_.GetSafeItem(rawRow)->SetFilter(1);
     };
     if (const Zn_Variant* constant = col < columns_.Count() ? nullptr : GetConstColumn(col - columns_.Count())) {
         for (int row = 0; row < count; ++row)
-            take(row, constant);
+            take(row, Record(row), constant);
     } else {
-        zn::ForEachValue(
-            rows_, col, 0, count, [this](int row) { return RawRow(row); }, take);
+        zn::ForEachValue(rows_, col, 0, count, rawOf, take);
     }
     rowMap_.Take(std::move(shown));
     rowMapActive_ = 1;

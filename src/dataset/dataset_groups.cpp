@@ -5,10 +5,12 @@
 #include "Zn_StrList.h"
 #include "dataset/row_map.h"
 #include "dataset/row_values.h"
+#include "dataset/text_match.h"
 #include "foundation/vector_list.h"
 #include "values/variant_types.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <iterator>
 #include <vector>
@@ -52,16 +54,56 @@ void Zn_Dataset::Regroup()
 
 namespace {
 
-constexpr int kBreakBits = 63; // with the row before them, the rows of a batch of ForEachValue
-
 bool IsBreak(const Zn_Variant* before, const Zn_Variant* value)
 {
     const bool hasBefore = before && !zn::IsAbsent(*before);
     const bool hasValue = value && !zn::IsAbsent(*value);
     if (!hasBefore || !hasValue)
         return hasBefore != hasValue;
+    if (before->type == Zn_Variant::String && value->type == Zn_Variant::String)
+        return !zn::SameText(*before->GetConstStr(), *value->GetConstStr());
     return before->Compare(*value) != 0;
 }
+
+// Which of some rows begin a group, for each of the group columns.
+class Breaks {
+public:
+    static constexpr int kRows = 4096;
+
+    explicit Breaks(std::size_t columns) : rows_(columns) {}
+
+    void Clear()
+    {
+        std::fill(rows_.begin(), rows_.end(), Rows());
+        any_ = Rows();
+    }
+    void Add(std::size_t column, int row)
+    {
+        const auto at = static_cast<std::size_t>(row);
+        rows_[column][at / 64] |= std::uint64_t{1} << at % 64;
+        any_[at / 64] |= std::uint64_t{1} << at % 64;
+    }
+    bool Has(std::size_t column, int row) const
+    {
+        const auto at = static_cast<std::size_t>(row);
+        return rows_[column][at / 64] >> at % 64 & 1;
+    }
+    // Calls body(row) for the rows that are one for any column.
+    template <class Body>
+    void ForEach(Body body) const
+    {
+        for (std::size_t k = 0; k < any_.size(); ++k) {
+            for (std::uint64_t bits = any_[k]; bits != 0; bits &= bits - 1)
+                body(static_cast<int>(k) * 64 + std::countr_zero(bits));
+        }
+    }
+
+private:
+    using Rows = std::array<std::uint64_t, kRows / 64>;
+
+    std::vector<Rows> rows_;
+    Rows any_{};
+};
 
 // A map being copied with entries put into it, at positions that grow.
 class MapInserter {
@@ -117,54 +159,51 @@ int Zn_Dataset::RecalcGroup()
     return changed;
 }
 
-// A bit for each of up to kBreakBits rows: whether its value differs from that of the row before.
-std::uint64_t Zn_Dataset::FindBreaks(int col, int first, int end) const
+// Calls mark(k) for each of the rows from first on, k counting from 0, whose value differs from that of the row before.
+template <class Mark>
+void Zn_Dataset::FindBreaks(int col, int first, int end, Mark mark) const
 {
     if (col >= columns_.Count()) {
         const Zn_Variant* constant = GetConstColumn(col - columns_.Count());
-        return IsBreak(constant, constant) ? ~std::uint64_t{0} >> (kBreakBits + 1 - (end - first)) : 0;
+        for (int k = 0; k < end - first && IsBreak(constant, constant); ++k)
+            mark(k);
+        return;
     }
-    std::uint64_t breaks = 0;
     const Zn_Variant* before = nullptr;
-    const auto compare = [&](int k, const Zn_Variant* value) {
+    const auto compare = [&](int k, const Zn_Record*, const Zn_Variant* value) {
         if (k > 0 && IsBreak(before, value))
-            breaks |= std::uint64_t{1} << (k - 1);
+            mark(k - 1);
         before = value;
     };
-    zn::ForEachValue(
-        rows_, col, first - 1, end, [](int row) { return row; }, compare);
-    return breaks;
+    zn::ForEachValue(rows_, col, first - 1, end, RawRows(), compare);
 }
 
 std::vector<std::int32_t> Zn_Dataset::MapWithGroups(const std::vector<std::int32_t>& groups) const
 {
     MapInserter map(rowMap_);
     int starts[kMostLevel + 1] = {}; // of each level's group that is open
-    int position = 1;
-    const auto insert = [&](int level) {
-        map.Insert(position, MapEntry(level, starts[level]));
-        ++position;
-        std::fill(starts, starts + level + 1, position);
-    };
-    std::vector<std::uint64_t> breaks(groups.size());
-    // Callers rely on the position counting stored rows, hidden ones included.
-    for (int first = 1, count = rows_.Count(); first < count; first += kBreakBits) {
-        const int end = std::min(first + kBreakBits, count);
-        std::uint64_t any = 0;
-        for (std::size_t k = 0; k < groups.size(); ++k)
-            any |= breaks[k] = FindBreaks(MapEntryIndex(groups[k]), first, end);
-        for (int row = first; row < end && any >> (row - first) != 0; ++row, ++position) {
+    int inserted = 0;
+    Breaks breaks(groups.size());
+    for (int first = 1, count = rows_.Count(); first < count; first += Breaks::kRows) {
+        breaks.Clear();
+        for (std::size_t k = 0; k < groups.size(); ++k) {
+            FindBreaks(MapEntryIndex(groups[k]), first, std::min(first + Breaks::kRows, count),
+                       [&](int row) { breaks.Add(k, row); });
+        }
+        breaks.ForEach([&](int row) {
             for (std::size_t k = 0; k < groups.size(); ++k) {
-                if ((breaks[k] >> (row - first) & 1) == 0)
+                if (!breaks.Has(k, row))
                     continue;
                 const int level = MapEntryLevel(groups[k]);
-                insert(level);
+                // Callers rely on the position counting stored rows, hidden ones included.
+                map.Insert(first + row + inserted, MapEntry(level, starts[level]));
+                ++inserted;
+                std::fill(starts, starts + level + 1, first + row + inserted);
                 // Callers rely on the entry behind those of this level being passed over too.
                 while (k < groups.size() && MapEntryLevel(groups[k]) == level)
                     ++k;
             }
-        }
-        position += end - first - static_cast<int>(std::bit_width(any));
+        });
     }
     for (std::size_t k = 0; k < groups.size(); ++k) {
         const int level = MapEntryLevel(groups[k]);
@@ -208,7 +247,7 @@ int Zn_Dataset::GetRowLevel(int row) const noexcept
 const Zn_Variant* Zn_Dataset::GroupValue(int row, int col) const
 {
     const int start = GetRowIndex(row);
-    if (!IsGroupCol(GetRowLevel(row), col) && CountUpTo(start, row, 2) != 1)
+    if (!IsGroupCol(GetRowLevel(row), col) && RawRows(Map()).Count(start, row, 2) != 1)
         return nullptr;
     return GetColumnNF(RawRow(start), col);
 }

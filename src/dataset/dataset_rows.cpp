@@ -14,12 +14,7 @@ bool Zn_Dataset::IsGroupRow(int row) const noexcept
 
 int Zn_Dataset::RawRow(int row) const noexcept
 {
-    if (!rowMapActive_)
-        return row;
-    if (row < 0 || row >= rowMap_.Count())
-        return -1;
-    const int entry = rowMap_.GetItem(row);
-    return MapEntryLevel(entry) == 0 ? MapEntryIndex(entry) : -1;
+    return RawRows(Map())(row);
 }
 
 const Zn_Record* Zn_Dataset::Record(int row) const noexcept

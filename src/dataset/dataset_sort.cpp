@@ -3,6 +3,7 @@
 #include "Zn_Dataset.h"
 
 #include "Zn_StrList.h"
+#include "dataset/row_map.h"
 #include "dataset/row_values.h"
 #include "dataset/sort_keys.h"
 #include "dataset/sort_partition.h"
@@ -124,8 +125,8 @@ zn::SortKey Zn_Dataset::ReadKey(int col, bool descending, int lo, int hi) const
     zn::SortKey key(static_cast<std::uint32_t>(hi - lo + 1), descending);
     const auto set = [&key](int k, const Zn_Variant* value) { key.Set(static_cast<std::uint32_t>(k), value); };
     if (col < columns_.Count()) {
-        zn::ForEachValue(
-            rows_, col, lo, hi + 1, [](int row) { return row; }, set);
+        zn::ForEachValue(rows_, col, lo, hi + 1, RawRows(),
+                         [&](int k, const Zn_Record*, const Zn_Variant* value) { set(k, value); });
     } else {
         for (int row = lo; row <= hi; ++row)
             set(row - lo, GetColumnNF(row, col));

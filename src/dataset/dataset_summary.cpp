@@ -11,142 +11,184 @@
 
 namespace {
 
-int CountBetween(int from, int to)
-{
-    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{to} - from, 0, INT32_MAX));
-}
+// Integral where the first value is an INTEGER, and then wrapping; all others are converted.
+class Sum {
+public:
+    explicit Sum(bool isIntegral) : isIntegral_(isIntegral) {}
 
-bool HasValue(const Zn_Variant* value)
-{
-    return value && !zn::IsAbsent(*value);
-}
+    void Take(const Zn_Variant& value)
+    {
+        if (isIntegral_)
+            whole_ += static_cast<std::uint32_t>(value.ToInteger());
+        else
+            decimal_ += value.ToDouble();
+    }
+    void TakeConstant(const Zn_Variant& constant, int times) { decimal_ = constant.ToDouble() * times; }
+    Zn_Variant Value() const
+    {
+        return isIntegral_ ? Zn_Variant(static_cast<std::int32_t>(whole_)) : Zn_Variant(decimal_);
+    }
+
+private:
+    const bool isIntegral_;
+    std::uint32_t whole_ = 0;
+    double decimal_ = 0;
+};
+
+// The first of the largest values, or of the smallest, and of what was there before.
+template <short Op>
+class Extreme {
+public:
+    explicit Extreme(Zn_Variant& out) : out_(out), best_(&out) {}
+
+    void Take(const Zn_Variant& value)
+    {
+        if (!zn::IsAbsent(value) && (zn::IsAbsent(*best_) || IsBeyond(value)))
+            best_ = &value;
+    }
+    void TakeConstant(const Zn_Variant& constant, int times)
+    {
+        if (times > 0)
+            Take(constant);
+    }
+    void Store() const
+    {
+        if (best_ != &out_)
+            out_ = *best_;
+    }
+
+private:
+    // Two decimals as Var_Cmp has them, by their difference, without a call.
+    bool IsBeyond(const Zn_Variant& value) const
+    {
+        if (best_->type != Zn_Variant::Decimal || value.type != Zn_Variant::Decimal)
+            return !Var_Cmp(*best_, value, Op);
+        const double difference = best_->ToDouble() - value.ToDouble();
+        return Op == ZN_OP_GREATER_EQUAL ? difference < 0 : !(difference <= 0);
+    }
+
+    Zn_Variant& out_;
+    const Zn_Variant* best_;
+};
 
 double Average(const Zn_Variant& sum, int count)
 {
     return count > 0 ? sum.ToDouble() / count : 0.0;
 }
 
-} // namespace
+using Most = Extreme<ZN_OP_GREATER_EQUAL>;
+using Least = Extreme<ZN_OP_LESS_EQUAL>;
 
-// The rows of data from `from` up to `to`, counted up to a number that is enough.
-int Zn_Dataset::CountUpTo(int from, int to, int most) const noexcept
-{
-    to = std::min(to, GetRowCount());
-    if (from >= to)
-        return 0;
-    if (!rowMapActive_)
-        return std::min(CountBetween(from, to), most);
-    int count = 0;
-    for (auto entry = rowMap_.begin() + std::max(from, 0), end = rowMap_.begin() + to; entry != end && count < most;
-         ++entry)
-        count += MapEntryLevel(*entry) == 0;
-    return count;
-}
+} // namespace
 
 int Zn_Dataset::GetCount(int from, int to) const noexcept
 {
-    return CountUpTo(from, to, INT32_MAX);
+    return RawRows(Map()).Count(from, std::min(to, GetRowCount()));
 }
 
-// Sums up a range of `count` rows of data, rawOf giving the stored row of a row, -1 for a group row.
-template <class RawOf>
-void Zn_Dataset::SumOf(int col, int from, int to, int count, RawOf rawOf, Zn_Variant& out) const
-{
-    if (col < 0 || col >= columns_.Count()) {
-        const Zn_Variant* constant = col < 0 ? nullptr : GetConstColumn(col - columns_.Count());
-        out = constant && to > from ? constant->ToDouble() * count : 0.0;
-        return;
-    }
-    const auto forEach = [&](auto add) {
-        zn::ForEachValue(rows_, col, std::max(from, 0), to, rawOf, [add](int, const Zn_Variant* value) {
-            if (value)
-                add(*value);
-        });
-    };
-    const Zn_Variant* first = GetColumnNF(rawOf(from), col);
-    if (first && first->type == Zn_Variant::Integer) {
-        std::uint32_t sum = 0;
-        forEach([&sum](const Zn_Variant& value) { sum += static_cast<std::uint32_t>(value.ToInteger()); });
-        out = static_cast<std::int32_t>(sum);
-    } else {
-        double sum = 0;
-        forEach([&sum](const Zn_Variant& value) { sum += value.ToDouble(); });
-        out = sum;
-    }
-}
-
-template <class RawOf>
-void Zn_Dataset::ExtremeOf(int col, int from, int to, short op, RawOf rawOf, Zn_Variant& out) const
+// Gives the values of a range of rows to each of the figures, rawOf giving the stored row of a row, -1 for a group row.
+template <class... Figures>
+void Zn_Dataset::TakeInto(int col, int from, int to, RawRows rawOf, Figures&... figures) const
 {
     if (col < 0)
         return;
-    const Zn_Variant* best = &out;
-    const auto take = [&](int, const Zn_Variant* value) {
-        if (HasValue(value) && (zn::IsAbsent(*best) || !Var_Cmp(*best, *value, op)))
-            best = value;
-    };
-    if (const Zn_Variant* constant = col < columns_.Count() ? nullptr : GetConstColumn(col - columns_.Count())) {
-        for (int row = std::max(from, 0); row < to; ++row)
-            take(row, rawOf(row) < 0 ? nullptr : constant);
-    } else {
+    if (col < columns_.Count()) {
+        const auto take = [&figures...](int, const Zn_Record*, const Zn_Variant* value) {
+            if (value)
+                (figures.Take(*value), ...);
+        };
         zn::ForEachValue(rows_, col, std::max(from, 0), to, rawOf, take);
+    } else if (const Zn_Variant* constant = GetConstColumn(col - columns_.Count())) {
+        const int times = rawOf.Count(from, to);
+        (figures.TakeConstant(*constant, times), ...);
     }
-    if (best != &out)
-        out = *best;
+}
+
+// Whether a sum that starts at a row is integral.
+bool Zn_Dataset::IsSumIntegral(int col, int rawRow) const
+{
+    const Zn_Variant* first = col < columns_.Count() ? GetColumnNF(rawRow, col) : nullptr;
+    return first && first->type == Zn_Variant::Integer;
+}
+
+Zn_Variant Zn_Dataset::SumOf(int col, int from, int to, RawRows rawOf) const
+{
+    Sum sum(IsSumIntegral(col, rawOf(from)));
+    TakeInto(col, from, to, rawOf, sum);
+    return sum.Value();
+}
+
+Zn_ColSummary Zn_Dataset::SummaryOf(int col, int from, int to, RawRows rawOf) const
+{
+    Zn_ColSummary summary;
+    Sum sum(IsSumIntegral(col, rawOf(from)));
+    Least least(summary.least);
+    Most most(summary.most);
+    TakeInto(col, from, to, rawOf, sum, least, most);
+    least.Store();
+    most.Store();
+    summary.count = rawOf.Count(from, to);
+    summary.sum = sum.Value();
+    summary.average = Average(summary.sum, summary.count);
+    return summary;
 }
 
 void Zn_Dataset::GetSum(int col, int from, int to, Zn_Variant& out) const
 {
-    to = std::min(to, GetRowCount());
-    SumOf(
-        col, from, to, GetCount(from, to), [this](int row) { return RawRow(row); }, out);
+    out = SumOf(col, from, std::min(to, GetRowCount()), RawRows(Map()));
 }
 
 void Zn_Dataset::GetMax(int col, int from, int to, Zn_Variant& out) const
 {
-    to = std::min(to, GetRowCount());
-    ExtremeOf(
-        col, from, to, ZN_OP_GREATER_EQUAL, [this](int row) { return RawRow(row); }, out);
+    Most most(out);
+    TakeInto(col, from, std::min(to, GetRowCount()), RawRows(Map()), most);
+    most.Store();
 }
 
 void Zn_Dataset::GetMin(int col, int from, int to, Zn_Variant& out) const
 {
-    to = std::min(to, GetRowCount());
-    ExtremeOf(
-        col, from, to, ZN_OP_LESS_EQUAL, [this](int row) { return RawRow(row); }, out);
+    Least least(out);
+    TakeInto(col, from, std::min(to, GetRowCount()), RawRows(Map()), least);
+    least.Store();
 }
 
 double Zn_Dataset::GetAvg(int col, int from, int to) const
 {
-    Zn_Variant sum;
-    GetSum(col, from, to, sum);
-    return Average(sum, GetCount(from, to));
+    to = std::min(to, GetRowCount());
+    return Average(SumOf(col, from, to, RawRows(Map())), RawRows(Map()).Count(from, to));
+}
+
+Zn_ColSummary Zn_Dataset::Summarize(int col, int from, int to) const
+{
+    return SummaryOf(col, from, std::min(to, GetRowCount()), RawRows(Map()));
 }
 
 void Zn_Dataset::GetSumNF(int col, int from, int to, Zn_Variant& out) const
 {
-    to = std::min(to, rows_.Count());
-    SumOf(
-        col, from, to, CountBetween(from, to), [](int row) { return row; }, out);
+    out = SumOf(col, from, std::min(to, rows_.Count()), RawRows());
 }
 
 void Zn_Dataset::GetMaxNF(int col, int from, int to, Zn_Variant& out) const
 {
-    to = std::min(to, rows_.Count());
-    ExtremeOf(
-        col, from, to, ZN_OP_GREATER_EQUAL, [](int row) { return row; }, out);
+    Most most(out);
+    TakeInto(col, from, std::min(to, rows_.Count()), RawRows(), most);
+    most.Store();
 }
 
 void Zn_Dataset::GetMinNF(int col, int from, int to, Zn_Variant& out) const
 {
-    to = std::min(to, rows_.Count());
-    ExtremeOf(
-        col, from, to, ZN_OP_LESS_EQUAL, [](int row) { return row; }, out);
+    Least least(out);
+    TakeInto(col, from, std::min(to, rows_.Count()), RawRows(), least);
+    least.Store();
 }
 
 double Zn_Dataset::GetAvgNF(int col, int from, int to) const
 {
-    Zn_Variant sum;
-    GetSumNF(col, from, to, sum);
-    return Average(sum, CountBetween(from, std::min(to, rows_.Count())));
+    to = std::min(to, rows_.Count());
+    return Average(SumOf(col, from, to, RawRows()), RawRows().Count(from, to));
+}
+
+Zn_ColSummary Zn_Dataset::SummarizeNF(int col, int from, int to) const
+{
+    return SummaryOf(col, from, std::min(to, rows_.Count()), RawRows());
 }

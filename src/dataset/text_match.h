@@ -1,12 +1,25 @@
-// The text of a value, for comparing, without building it where the value is a text or a number.
+// Comparing texts for being the same, and the text of a value for it without
+// building it where the value is a text or a number.
 #pragma once
 
 #include "Zn_Variant.h"
 #include "foundation/number_text.h"
 
+#include <cstring>
 #include <string_view>
 
 namespace zn {
+
+inline bool SameText(std::u16string_view a, std::u16string_view b) noexcept
+{
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0;
+}
+
+// Texts that share their body are told by that.
+inline bool SameText(const Zn_WString& a, const Zn_WString& b) noexcept
+{
+    return a.GetText() == b.GetText() || SameText(a.GetView(), b.GetView());
+}
 
 // What match answers for the text of a value; an absent value has none.
 template <class Match>
