@@ -11,6 +11,8 @@
 #include "foundation/vector_list.h"
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -34,49 +36,31 @@ int DirectionOf(char16_t letter, int otherwise)
 
 using Order = std::vector<std::int32_t>;
 
-// The order of ranks that are 0, 1, 2 ... count - 1, each once; false when they are not.
-bool OrderOfDistinct(const zn::Ranks& ranks, Order& order)
+// The numbers of rows in the order that their ranks give them; none when they stand so already.
+Order OrderOf(const zn::Ranks& ranks)
 {
-    if (ranks.most != ranks.of.size() - 1)
-        return false;
-    order.assign(ranks.of.size(), -1);
-    for (std::size_t row = 0; row < ranks.of.size(); ++row) {
-        std::int32_t& place = order[ranks.of[row]];
-        if (place >= 0)
-            return false;
-        place = static_cast<std::int32_t>(row);
+    const auto& of = ranks.of;
+    if (std::is_sorted(of.begin(), of.end()))
+        return {};
+    if (std::adjacent_find(of.begin(), of.end(), std::less_equal()) == of.end()) {
+        Order order(of.size());
+        std::iota(order.rbegin(), order.rend(), 0);
+        return order;
     }
-    return true;
-}
-
-template <class Rank>
-void OrderOfRanks(const zn::Ranks& ranks, Order& order)
-{
-    zn::RankedRows<Rank> rows(ranks.of);
-    zn::PartitionSort(rows, static_cast<int>(ranks.of.size())).Run();
-    order.resize(ranks.of.size());
-    std::transform(rows.Items().begin(), rows.Items().end(), order.begin(),
-                   [](const auto& item) { return static_cast<std::int32_t>(item.row); });
+    zn::RankedRows rows(ranks);
+    if (rows.HasEqual())
+        zn::PartitionSort(rows, static_cast<int>(of.size())).Run();
+    return rows.Order();
 }
 
 // The rows' numbers in their new order.
 Order SortedOrder(const std::vector<zn::SortKey>& keys)
 {
-    Order order;
-    if (std::all_of(keys.begin(), keys.end(), [](const zn::SortKey& key) { return key.IsOrder(); })) {
-        const zn::Ranks ranks = zn::MakeRanks(keys);
-        if (OrderOfDistinct(ranks, order))
-            return order;
-        if (ranks.most <= UINT32_MAX)
-            OrderOfRanks<std::uint32_t>(ranks, order);
-        else
-            OrderOfRanks<std::uint64_t>(ranks, order);
-    } else {
-        zn::KeyedRows rows(keys);
-        zn::PartitionSort(rows, static_cast<int>(rows.Rows().size())).Run();
-        order.assign(rows.Rows().begin(), rows.Rows().end());
-    }
-    return order;
+    if (std::all_of(keys.begin(), keys.end(), [](const zn::SortKey& key) { return key.IsOrder(); }))
+        return OrderOf(zn::MakeRanks(keys));
+    zn::KeyedRows rows(keys);
+    zn::PartitionSort(rows, static_cast<int>(rows.Rows().size())).Run();
+    return {rows.Rows().begin(), rows.Rows().end()};
 }
 
 } // namespace

@@ -234,22 +234,6 @@ unsigned SortKey::SignsAgainst(std::uint32_t row, std::uint64_t low, std::uint64
 
 namespace {
 
-// Replaces numbers by their ranks among themselves; returns the largest.
-std::uint64_t MakeDense(std::vector<std::uint64_t>& numbers)
-{
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> sorted(numbers.size());
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        sorted[i] = {numbers[i], static_cast<std::uint32_t>(i)};
-    std::sort(sorted.begin(), sorted.end());
-    std::uint64_t rank = 0;
-    for (std::size_t i = 0; i < sorted.size(); ++i) {
-        if (i > 0 && sorted[i].first != sorted[i - 1].first)
-            ++rank;
-        numbers[sorted[i].second] = rank;
-    }
-    return rank;
-}
-
 // The places of a key's values among its possible ones, an absent one first.
 Ranks PlacesOf(const SortKey& key)
 {
@@ -279,9 +263,9 @@ Ranks MakeRanks(const std::vector<SortKey>& keys)
     for (std::size_t k = 1; k < keys.size(); ++k) {
         Ranks places = PlacesOf(keys[k]);
         if (!FitTogether(ranks.most, places.most))
-            ranks.most = MakeDense(ranks.of);
+            ranks.Condense();
         if (!FitTogether(ranks.most, places.most))
-            places.most = MakeDense(places.of);
+            places.Condense();
         for (std::size_t row = 0; row < ranks.of.size(); ++row)
             ranks.of[row] = ranks.of[row] * (places.most + 1) + places.of[row];
         ranks.most = ranks.most * (places.most + 1) + places.most;

@@ -7,6 +7,8 @@
 #pragma once
 
 #include "Zn_Variant.h"
+#include "dataset/sort_partition.h"
+#include "dataset/sort_ranks.h"
 
 #include <algorithm>
 #include <array>
@@ -83,11 +85,7 @@ private:
     static constexpr std::uint32_t kNone = 0x10001;
 };
 
-// One number per row that orders the rows as the keys do, all of which must be orders; the largest that there may be.
-struct Ranks {
-    std::vector<std::uint64_t> of;
-    std::uint64_t most = 0;
-};
+// Numbers that order the rows as the keys do, all of which must be orders.
 Ranks MakeRanks(const std::vector<SortKey>& keys);
 
 // Rows under sort that are compared key by key.
@@ -117,6 +115,11 @@ public:
     bool IsAfter(Pivot pivot, int i) const { return Compare(pivot, PivotAt(i)) < 0; }
     bool IsBefore(Pivot pivot, int i) const { return Compare(pivot, PivotAt(i)) > 0; }
     void Exchange(int i, int j) noexcept;
+    static bool Finish(int, int) noexcept { return false; }
+    void ExchangeAround(Pivot pivot, int low, int high, int& i, int& j)
+    {
+        ExchangeOneByOne(*this, pivot, low, high, i, j);
+    }
     Summary SummaryOf(int first, int end) const;
     static Summary Join(const Summary& a, const Summary& b) noexcept;
     bool MayBeAfter(Pivot pivot, const Summary& summary) const { return MayBe(SortKey::kLess, pivot, summary); }

@@ -16,6 +16,9 @@
 //     Pivot PivotAt(i)
 //     bool IsAfter(pivot, i)     row i sorts after the pivot; IsBefore(pivot, i) before it
 //     void Exchange(i, j)
+//     void ExchangeAround(pivot, low, high, i, j)
+//                                from i and j on, exchanges rows after the pivot with rows before it until they meet
+//     bool Finish(low, high)     sorts the segment if there is a way that partitions would not change, else false
 //     Summary SummaryOf(first, end), Join(a, b)
 //     bool MayBeAfter(pivot, summary), MayBeBefore(pivot, summary)
 //                                false when no row that the summary stands for sorts so
@@ -162,6 +165,22 @@ private:
     std::vector<Summary> nodes_; // the root is 1, the children of k are 2k and 2k + 1, the blocks come from leaves_ on
 };
 
+// What a partition does row by row: from i up to the first row after the pivot, from j down to the last before it, and
+// both are exchanged, until i and j meet. Without such a row they end at the segment's.
+template <class Rows>
+void ExchangeOneByOne(Rows& rows, const typename Rows::Pivot& pivot, int low, int high, int& i, int& j)
+{
+    for (;;) {
+        while (i < high && !rows.IsAfter(pivot, i))
+            ++i;
+        while (j > low && !rows.IsBefore(pivot, j))
+            --j;
+        if (i >= j)
+            return;
+        rows.Exchange(i, j);
+    }
+}
+
 template <class Rows>
 class PartitionSort {
 public:
@@ -173,7 +192,7 @@ public:
         std::vector<Segment> waiting;
         Segment now{0, count_ - 1};
         for (;;) {
-            while (now.low < now.high && !FinishRun(now)) {
+            while (now.low < now.high && !rows_.Finish(now.low, now.high) && !FinishRun(now)) {
                 Segment left, right;
                 Partition(now, left, right);
                 // The larger part waits, so that few ever do.
@@ -239,7 +258,7 @@ private:
             inTree = ExchangeInTree(pivot, now, i, j);
         }
         if (!inTree)
-            ExchangeByScan(pivot, low, high, i, j);
+            rows_.ExchangeAround(pivot, low, high, i, j);
         if (Rows::kIsOrder && i == high && j == low && !rows_.IsAfter(pivot, high))
             return; // all rows are equal
         if (j != low) {
@@ -267,19 +286,6 @@ private:
             tree_.Update(j);
         }
         return false;
-    }
-
-    void ExchangeByScan(const Pivot& pivot, int low, int high, int& i, int& j)
-    {
-        for (;;) {
-            while (i < high && !rows_.IsAfter(pivot, i))
-                ++i;
-            while (j > low && !rows_.IsBefore(pivot, j))
-                --j;
-            if (i >= j)
-                return;
-            rows_.Exchange(i, j);
-        }
     }
 
     Rows& rows_;

@@ -1,65 +1,81 @@
 // Rows under sort whose keys are one number each: the usual case.
+//
+// What has no equal goes where it belongs in any procedure; where equal rows end up is what the partitions tell. So the
+// rows are ranked first, each rank being the first place that its rows get, and a segment is partitioned only as long
+// as it has equal rows and others.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <utility>
 #include <vector>
 
 namespace zn {
 
-// Rank is an unsigned type; row numbers are carried along.
-template <class Rank>
+// A number per row that orders the rows, and the largest that there may be.
+struct Ranks {
+    std::vector<std::uint64_t> of;
+    std::uint64_t most = 0;
+
+    // Makes the numbers those of a row's place among the different ones: 0, 1, 2 ...
+    void Condense();
+};
+
 class RankedRows {
 public:
     struct Item {
-        Rank rank;
+        std::uint32_t rank;
         std::uint32_t row;
     };
-    using Pivot = Rank;
+    using Pivot = std::uint32_t;
     struct Summary {
-        Rank low = std::numeric_limits<Rank>::max();
-        Rank high = 0;
+        std::uint32_t low = UINT32_MAX;
+        std::uint32_t high = 0;
         bool operator==(const Summary&) const = default;
     };
     static constexpr bool kIsOrder = true;
 
-    explicit RankedRows(const std::vector<std::uint64_t>& ranks) : items_(ranks.size())
-    {
-        for (std::size_t i = 0; i < ranks.size(); ++i)
-            items_[i] = {static_cast<Rank>(ranks[i]), static_cast<std::uint32_t>(i)};
-    }
+    explicit RankedRows(const Ranks& ranks);
 
-    const std::vector<Item>& Items() const noexcept { return items_; }
+    // Whether any rows are equal; without, all are sorted already.
+    bool HasEqual() const noexcept { return hasEqual_; }
+    // The rows' numbers as they stand.
+    std::vector<std::int32_t> Order() const;
 
     Pivot PivotAt(int i) const noexcept { return At(i).rank; }
     bool IsAfter(Pivot pivot, int i) const noexcept { return At(i).rank > pivot; }
     bool IsBefore(Pivot pivot, int i) const noexcept { return At(i).rank < pivot; }
-    void Exchange(int i, int j) noexcept
-    {
-        std::swap(items_[static_cast<std::size_t>(i)], items_[static_cast<std::size_t>(j)]);
-    }
-    Summary SummaryOf(int first, int end) const noexcept
-    {
-        Summary summary;
-        for (int i = first; i < end; ++i) {
-            summary.low = std::min(summary.low, At(i).rank);
-            summary.high = std::max(summary.high, At(i).rank);
-        }
-        return summary;
-    }
+    void Exchange(int i, int j) noexcept { std::swap(At(i), At(j)); }
+    bool Finish(int low, int high);
+    void ExchangeAround(Pivot pivot, int low, int high, int& i, int& j) { ExchangeRows(pivot, pivot, low, high, i, j); }
+    Summary SummaryOf(int first, int end) const noexcept;
     static Summary Join(const Summary& a, const Summary& b) noexcept
     {
-        return {std::min(a.low, b.low), std::max(a.high, b.high)};
+        return {a.low < b.low ? a.low : b.low, a.high > b.high ? a.high : b.high};
     }
     static bool MayBeAfter(Pivot pivot, const Summary& summary) noexcept { return summary.high > pivot; }
     static bool MayBeBefore(Pivot pivot, const Summary& summary) noexcept { return summary.low < pivot; }
 
 private:
+    Item& At(int i) noexcept { return items_[static_cast<std::size_t>(i)]; }
     const Item& At(int i) const noexcept { return items_[static_cast<std::size_t>(i)]; }
+    void RankByCounting(const Ranks& ranks);
+    template <class Keyed>
+    void RankBySorting(const Ranks& ranks);
+    void MarkEqual(std::size_t first, std::size_t end);
+    void CountEqual();
+    void ExchangeRows(Pivot notAfter, Pivot notBefore, int low, int high, int& i, int& j);
+    int EqualBefore(int place) const noexcept;
+
+    // A bit for each of 64 places: the row that gets it is equal to the next one's.
+    struct EqualPlaces {
+        std::uint64_t bits = 0;
+        std::uint32_t before = 0; // how many there are before these
+    };
 
     std::vector<Item> items_;
+    std::vector<Item> moved_;
+    std::vector<EqualPlaces> equal_;
+    bool hasEqual_ = false;
 };
 
 } // namespace zn

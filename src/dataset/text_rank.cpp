@@ -1,5 +1,7 @@
 #include "dataset/text_rank.h"
 
+#include "dataset/radix_sort.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -99,7 +101,7 @@ bool TextRanker::RankFew(std::vector<std::uint64_t>& ranks, std::uint64_t& most)
     return true;
 }
 
-// Reads so many units of each text of a run, packed into a head; false when one does not fit its bits.
+// Reads so many units of each text of a run, packed into its key; false when one does not fit its bits.
 template <int Units>
 bool TextRanker::ReadHeads(const Run& run)
 {
@@ -109,13 +111,13 @@ bool TextRanker::ReadHeads(const Run& run)
         Item& item = items_[i];
         const std::u16string_view text = texts_[item.row].substr(run.depth, Units);
         item.units = static_cast<std::uint32_t>(text.size());
-        item.head = 0;
+        item.key = 0;
         for (const char16_t unit : text) {
-            item.head = item.head << kBits | unit;
+            item.key = item.key << kBits | unit;
             all |= unit;
         }
         if (item.units < Units && item.units > 0)
-            item.head <<= kBits * (Units - static_cast<int>(item.units));
+            item.key <<= kBits * (Units - static_cast<int>(item.units));
         if (all >> kBits != 0)
             return false;
     }
@@ -127,10 +129,15 @@ void TextRanker::SortRun(const Run& run)
     const std::size_t units = ReadHeads<8>(run) ? 8 : 4;
     if (units == 4)
         ReadHeads<4>(run);
+    std::vector<Item> spare;
     const auto begin = items_.begin() + static_cast<std::ptrdiff_t>(run.first);
     const auto end = items_.begin() + static_cast<std::ptrdiff_t>(run.end);
-    if (!std::is_sorted(begin, end))
-        std::sort(begin, end);
+    if (!std::is_sorted(begin, end)) {
+        if (run.end - run.first == items_.size())
+            RadixSort(items_, spare).Run();
+        else
+            std::sort(begin, end);
+    }
     for (std::size_t first = run.first; first < run.end;) {
         std::size_t next = first + 1;
         while (next < run.end && items_[next] == items_[first])

@@ -23,13 +23,13 @@ public:
 
 private:
     struct Item {
-        std::uint64_t head = 0; // the units from the depth in work on
+        std::uint64_t key = 0; // the units from the depth in work on
         std::uint32_t row = 0;
-        std::uint32_t units = 0; // how many of them there are in head
-        bool operator==(const Item& other) const noexcept { return head == other.head && units == other.units; }
+        std::uint32_t units = 0; // how many of them there are in the key
+        bool operator==(const Item& other) const noexcept { return key == other.key && units == other.units; }
         bool operator<(const Item& other) const noexcept
         {
-            return head != other.head ? head < other.head : units < other.units;
+            return key != other.key ? key < other.key : units < other.units;
         }
     };
     // Items that are equal up to a depth.
