@@ -24,16 +24,43 @@ std::size_t CountFront(__m128i marks) noexcept
     return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(marks)) | 1u << kCount));
 }
 
+// 4, 8 or 16 bytes, without a way through the stack.
+template <std::size_t kBytes>
+__m128i LoadBlock(const void* in) noexcept
+{
+    if constexpr (kBytes == 4) {
+        std::int32_t bytes;
+        std::memcpy(&bytes, in, sizeof bytes);
+        return _mm_cvtsi32_si128(bytes);
+    } else if constexpr (kBytes == 8) {
+        return _mm_loadl_epi64(static_cast<const __m128i*>(in));
+    } else {
+        return _mm_loadu_si128(static_cast<const __m128i*>(in));
+    }
+}
+
+template <std::size_t kBytes>
+void StoreBlock(__m128i block, void* out) noexcept
+{
+    if constexpr (kBytes == 4) {
+        const std::int32_t bytes = _mm_cvtsi128_si32(block);
+        std::memcpy(out, &bytes, sizeof bytes);
+    } else if constexpr (kBytes == 8) {
+        _mm_storel_epi64(static_cast<__m128i*>(out), block);
+    } else {
+        _mm_storeu_si128(static_cast<__m128i*>(out), block);
+    }
+}
+
 template <std::size_t kCount>
 std::size_t CopyBlock(const char* in, char16_t* out) noexcept
 {
-    __m128i bytes = _mm_setzero_si128();
-    std::memcpy(&bytes, in, kCount);
+    const __m128i bytes = LoadBlock<kCount>(in);
     const __m128i low = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
-    std::memcpy(out, &low, kCount == 4 ? 8 : 16);
+    StoreBlock<kCount == 4 ? 8 : 16>(low, out);
     if constexpr (kCount == 16) {
         const __m128i high = _mm_unpackhi_epi8(bytes, _mm_setzero_si128());
-        std::memcpy(out + 8, &high, 16);
+        StoreBlock<16>(high, out + 8);
     }
     return CountFront<kCount>(bytes);
 }
@@ -41,12 +68,9 @@ std::size_t CopyBlock(const char* in, char16_t* out) noexcept
 template <std::size_t kCount>
 std::size_t CopyBlock(const char16_t* in, char* out) noexcept
 {
-    __m128i low = _mm_setzero_si128(), high = _mm_setzero_si128();
-    std::memcpy(&low, in, kCount == 4 ? 8 : 16);
-    if constexpr (kCount == 16)
-        std::memcpy(&high, in + 8, 16);
-    const __m128i packed = _mm_packus_epi16(low, high);
-    std::memcpy(out, &packed, kCount);
+    const __m128i low = LoadBlock < kCount == 4 ? 8 : 16 > (in);
+    const __m128i high = kCount == 16 ? LoadBlock<kCount>(in + kCount / 2) : _mm_setzero_si128();
+    StoreBlock<kCount>(_mm_packus_epi16(low, high), out);
     // Sets the highest bit of what is 0x80 or more, and keeps it in the byte.
     const __m128i step = _mm_set1_epi16(0x7F80);
     return CountFront<kCount>(_mm_packs_epi16(_mm_adds_epu16(low, step), _mm_adds_epu16(high, step)));
