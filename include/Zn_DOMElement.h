@@ -39,7 +39,6 @@ public:
     explicit Zn_DOMElemList(unsigned codePage = 0) noexcept : codePage_(codePage) {}
     Zn_DOMElemList(const Zn_DOMElemList& other);
     Zn_DOMElemList(Zn_DOMElemList&& other) noexcept;
-    ~Zn_DOMElemList();
     // Copies the code page and the flags too; null does nothing.
     Zn_DOMElemList& operator=(const Zn_DOMElemList& other);
     Zn_DOMElemList& operator=(Zn_DOMElemList&& other) noexcept;
@@ -86,16 +85,15 @@ public:
 
 protected:
     unsigned codePage_;
-    int parseContent_ = 1;    // HTML: element content becomes children
-    int parseAttributes_ = 1; // HTML: attribute text becomes attributes
-    int keepText_ = 0;        // white-space text and comments are kept
+    bool parseContent_ = true;    // HTML: element content becomes children
+    bool parseAttributes_ = true; // HTML: attribute text becomes attributes
+    bool keepText_ = false;       // white-space text and comments are kept
 
 private:
     friend class Zn_DOMElement;
     void CopyNodes(const Zn_DOMElemList& other);
     void CopySettings(const Zn_DOMElemList& other) noexcept;
     void SetParents(Zn_DOMElement* parent) noexcept;
-    void ReleaseTree() noexcept;
 };
 
 class ZN_API Zn_DOMElement {
@@ -159,6 +157,11 @@ public:
     static void FreeWithMemory(Zn_DOMElement* item) { Zn_FreeInPlace(item); }
 
     int kind = Element;
+
+private:
+    int parentIndex_ = -1; // here, where it takes no room: pages are made of millions of nodes
+
+public:
     Zn_WString tag;
     Zn_NamedStrList attributes;
     Zn_DOMElemList children;
@@ -170,5 +173,4 @@ private:
     void CopyNode(const Zn_DOMElement& other);
 
     Zn_DOMElement* parent_ = nullptr;
-    int parentIndex_ = -1;
 };

@@ -37,11 +37,6 @@ Zn_DOMElemList::Zn_DOMElemList(Zn_DOMElemList&& other) noexcept : Zn_DOMElemList
     SwapList(other);
 }
 
-Zn_DOMElemList::~Zn_DOMElemList()
-{
-    ReleaseTree();
-}
-
 Zn_DOMElemList& Zn_DOMElemList::operator=(const Zn_DOMElemList& other)
 {
     if (this != &other)
@@ -115,16 +110,12 @@ int Zn_DOMElemList::Add(const Zn_DOMElement* item, Zn_DOMElement* parent)
 
 Zn_DOMElement* Zn_DOMElemList::AppendNew()
 {
-    Zn_DOMElement* item = NewItem();
+    const int index = Count();
+    auto* item = static_cast<Zn_DOMElement*>(Zn_ObjList::GetSafeItem(index, 1));
     if (!item)
         return nullptr;
-    void* made = item;
-    if (Zn_ObjList::AppendNew(&made, 1) == 0) {
-        GetHandler()->Drop(item);
-        return nullptr;
-    }
     item->children.codePage_ = codePage_;
-    item->parentIndex_ = Count() - 1;
+    item->parentIndex_ = index;
     return item;
 }
 
@@ -171,32 +162,6 @@ void Zn_DOMElemList::CopyNodes(const Zn_DOMElemList& other)
         copy->children.CopySettings(source->children);
         if (source->children.Count() > 0)
             levels.Push({&copy->children, &source->children, 0});
-    }
-}
-
-// Destroys the nodes of a tree from the leaves up, list by list, so that no destructor has children left to destroy.
-// The way back up is kept in the parent pointers and indexes of nodes that are about to go.
-void Zn_DOMElemList::ReleaseTree() noexcept
-{
-    Zn_DOMElemList* list = this;
-    Zn_DOMElement* top = nullptr;
-    for (int i = Count() - 1;;) {
-        for (; i >= 0; --i) {
-            Zn_DOMElement* item = list->GetSafeItem(i);
-            if (!item || item->children.Count() == 0 || Zn_ObjBufData::FromItem(item)->GetRefCount() > 1)
-                continue;
-            item->parent_ = top;
-            item->parentIndex_ = i;
-            top = item;
-            list = &item->children;
-            i = list->Count();
-        }
-        list->ReleaseList();
-        if (!top)
-            return;
-        i = top->parentIndex_ - 1;
-        top = top->parent_;
-        list = top ? &top->children : this;
     }
 }
 

@@ -16,19 +16,28 @@ namespace {
 
 constexpr std::u16string_view kContentType = u"Content-type";
 
+bool IsSameLetter(char a, char b) noexcept
+{
+    return zn::FoldAscii(a) == zn::FoldAscii(b);
+}
+
 // First place of a text, case ignored.
 std::size_t FindCaseless(std::string_view text, std::string_view what) noexcept
 {
-    const auto* found = std::search(text.begin(), text.end(), what.begin(), what.end(),
-                                    [](char a, char b) { return zn::FoldAscii(a) == zn::FoldAscii(b); });
+    const auto* found = std::search(text.begin(), text.end(), what.begin(), what.end(), IsSameLetter);
     return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
+}
+
+bool BeginsCaseless(std::string_view text, std::string_view what) noexcept
+{
+    return text.size() >= what.size() && std::equal(what.begin(), what.end(), text.begin(), IsSameLetter);
 }
 
 // The "<" in front of a name, from a place on.
 std::size_t FindMarkup(std::string_view what, std::string_view text, std::size_t from = 0) noexcept
 {
     for (std::size_t at = text.find('<', from); at != std::string_view::npos; at = text.find('<', at + 1)) {
-        if (FindCaseless(text.substr(at + 1, what.size()), what) == 0)
+        if (BeginsCaseless(text.substr(at + 1), what))
             return at;
     }
     return std::string_view::npos;
@@ -129,9 +138,9 @@ void AddContentType(Zn_DOMElement& head, const Zn_WString& value)
 
 Zn_HtmlDOM::Zn_HtmlDOM(int parseContent, int parseAttributes, int keepText) noexcept : Zn_DOMElemList(ZnGetLocaleCP())
 {
-    parseContent_ = parseContent;
-    parseAttributes_ = parseAttributes;
-    keepText_ = keepText;
+    parseContent_ = parseContent != 0;
+    parseAttributes_ = parseAttributes != 0;
+    keepText_ = keepText != 0;
 }
 
 int Zn_HtmlDOM::Load(const char16_t* text, int length)
@@ -145,7 +154,7 @@ int Zn_HtmlDOM::Load(Zn_DOMElemList* list, const char16_t* text, int length, Zn_
     if (!list || page.empty())
         return 0;
     try {
-        zn::HtmlReader reader(page, {parseContent_ != 0, parseAttributes_ != 0, keepText_ != 0});
+        zn::HtmlReader reader(page, {parseContent_, parseAttributes_, keepText_});
         return reader.Read(*list, parent) ? 1 : 0;
     } catch (const std::exception&) {
         return 0;

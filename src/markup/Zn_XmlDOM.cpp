@@ -12,7 +12,7 @@ class Zn_XmlDOM::Builder {
 public:
     using View = std::u16string_view;
 
-    explicit Builder(Zn_XmlDOM& document) noexcept : keepText_(document.keepText_ != 0), list_(&document) {}
+    explicit Builder(Zn_XmlDOM& document) noexcept : keepText_(document.keepText_), list_(&document) {}
 
     void ProcInstr(View name, View attributes) { AddTag(Zn_DOMElement::ProcInstr, name, attributes); }
     void Declaration(View name, View body)
@@ -88,9 +88,9 @@ private:
 
 Zn_XmlDOM::Zn_XmlDOM(int parseContent, int parseAttributes, int keepText) noexcept : Zn_DOMElemList(ZnGetLocaleCP())
 {
-    parseContent_ = parseContent;
-    parseAttributes_ = parseAttributes;
-    keepText_ = keepText;
+    parseContent_ = parseContent != 0;
+    parseAttributes_ = parseAttributes != 0;
+    keepText_ = keepText != 0;
 }
 
 int Zn_XmlDOM::Build(std::u16string_view text)

@@ -14,6 +14,7 @@ using View = std::u16string_view;
 namespace {
 
 constexpr int kMarkEnd = 3; // length of "-->" and "]]>"
+constexpr int kOpen = -2;   // the close of a tag that is yet to be found
 
 constexpr std::size_t Index(int number) noexcept
 {
@@ -89,15 +90,15 @@ public:
 
     void Run()
     {
-        for (const char16_t* at = FindUnit(begin_, end_, u'<'); at != end_; at = FindUnit(at + 1, end_, u'<')) {
-            if (at + 1 == end_)
-                return;
+        for (const char16_t* at = begin_; (at = FindUnit(at, end_, u'<')) != end_ && at + 1 != end_;) {
             if (at[1] == u'/')
-                ReadEndTag(at, at + 2);
+                at = ReadEndTag(at, at + 2);
             else if (at[1] == u'!')
-                ReadSpecial(at, at + 1);
+                at = ReadSpecial(at, at + 1);
             else if (const std::ptrdiff_t length = HtmlNameLength(at + 1, end_))
-                ReadTag(at, at + 1, at + 1 + length);
+                at = ReadTag(at, at + 1, at + 1 + length);
+            else
+                ++at;
         }
     }
 
@@ -109,34 +110,49 @@ private:
         const bool whole = nameEnd != end_ && IsNameEnd(*nameEnd);
         marks_.marks_.push_back({PlaceOf(at), PlaceOf(nameEnd), close, name, kind, whole, false});
     }
-    void ReadSpecial(const char16_t* at, const char16_t* name)
+    // These return a place to look for the next mark from.
+    const char16_t* ReadSpecial(const char16_t* at, const char16_t* name)
     {
         if (BeginsWith(name, end_, u"!--"))
             Add(at, name + 3, HtmlMark::Comment, comments_.Find(PlaceOf(name + 3)));
         else if (BeginsWith(name, end_, u"![CDATA["))
             Add(at, name + 8, HtmlMark::CData, sections_.Find(PlaceOf(name + 8)));
         else if (BeginsWith(name, end_, u"!DOCTYPE"))
-            Add(at, name + 8, HtmlMark::Declaration, -1);
+            return ReadClose(at, name + 8, HtmlMark::Declaration);
+        return name;
     }
-    void ReadTag(const char16_t* at, const char16_t* name, const char16_t* nameEnd)
+    const char16_t* ReadTag(const char16_t* at, const char16_t* name, const char16_t* nameEnd)
     {
         if (*name == u'?') {
             marks_.hasInstructions_ = true;
-            return Add(at, nameEnd, HtmlMark::ProcInstr, -1);
+            Add(at, nameEnd, HtmlMark::ProcInstr, -1);
+            return nameEnd;
         }
         const int number = marks_.names_.NumberOf(View(name, static_cast<std::size_t>(nameEnd - name)));
-        if (marks_.names_.StyleOf(number) != Zn_DOMElement::Text)
-            Add(at, nameEnd, HtmlMark::Start, -1, number);
+        if (marks_.names_.StyleOf(number) == Zn_DOMElement::Text)
+            return nameEnd;
+        return ReadClose(at, nameEnd, HtmlMark::Start, number);
     }
-    void ReadEndTag(const char16_t* at, const char16_t* name)
+    // Nearly every tag ends before the next "<"; the others wait until all marks are known.
+    const char16_t* ReadClose(const char16_t* at, const char16_t* nameEnd, HtmlMark::Kind kind, int name = 0)
+    {
+        const char16_t* close = FindUnit(nameEnd, end_, u'>', u'<');
+        const bool closed = close != end_ && *close == u'>';
+        marks_.hasOpenTags_ = marks_.hasOpenTags_ || !closed;
+        Add(at, nameEnd, kind, closed ? PlaceOf(close) : kOpen, name);
+        marks_.SetEmpty(marks_.marks_.back());
+        return close;
+    }
+    const char16_t* ReadEndTag(const char16_t* at, const char16_t* name)
     {
         const char16_t* stop = name;
         while (stop != end_ && IsHtmlNameUnit(*stop))
             ++stop;
         if (stop == end_ || stop == name || !IsNameEnd(*stop))
-            return;
+            return stop;
         const int number = marks_.names_.NumberOf(View(name, static_cast<std::size_t>(stop - name)));
-        Add(at, stop, HtmlMark::End, ends_.Find(PlaceOf(stop)), number);
+        Add(at, stop, HtmlMark::End, *stop == u'>' ? PlaceOf(stop) : ends_.Find(PlaceOf(stop)), number);
+        return stop;
     }
 
     HtmlMarks& marks_;
@@ -150,7 +166,13 @@ private:
 HtmlMarks::HtmlMarks(View text) : text_(text)
 {
     Scan(*this).Run();
-    FindCloses();
+    if (hasOpenTags_ || hasInstructions_)
+        FindCloses();
+}
+
+void HtmlMarks::SetEmpty(HtmlMark& mark) const noexcept
+{
+    mark.empty = mark.close > mark.nameEnd && text_[Index(mark.close - 1)] == u'/';
 }
 
 int HtmlMarks::FirstFrom(int place, int index) const noexcept
@@ -205,9 +227,10 @@ std::vector<int> HtmlMarks::ClosesFromMarks(bool instructions) const
     return closes;
 }
 
+// Of the tags that are not closed before the next "<".
 void HtmlMarks::FindCloses()
 {
-    const std::vector<int> tags = ClosesFromMarks(false);
+    const std::vector<int> tags = hasOpenTags_ ? ClosesFromMarks(false) : std::vector<int>();
     const std::vector<int> instructions = hasInstructions_ ? ClosesFromMarks(true) : std::vector<int>();
     for (int i = 0; i < Count(); ++i) {
         HtmlMark& mark = marks_[Index(i)];
@@ -216,11 +239,12 @@ void HtmlMarks::FindCloses()
             const int to = i + 1 < Count() ? marks_[Index(i + 1)].at : static_cast<int>(text_.size());
             const int close = CloseWithin(mark.nameEnd, to, true);
             mark.close = close >= 0 ? close : instructions[Index(i + 1)];
-        } else if (mark.kind == HtmlMark::Start || mark.kind == HtmlMark::Declaration) {
+        } else if (mark.close == kOpen) {
             mark.close = tags[Index(i)];
+        } else {
+            continue;
         }
-        if (mark.kind == HtmlMark::ProcInstr || mark.kind == HtmlMark::Start)
-            mark.empty = mark.close > mark.nameEnd && text_[Index(mark.close - 1)] == u'/';
+        SetEmpty(mark);
     }
 }
 

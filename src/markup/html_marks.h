@@ -58,6 +58,7 @@ public:
 
 private:
     class Scan;
+    void SetEmpty(HtmlMark& mark) const noexcept;
     void FindCloses();
     std::vector<int> ClosesFromMarks(bool instructions) const;
     int CloseWithin(int from, int to, bool instruction) const noexcept;
@@ -65,6 +66,7 @@ private:
     std::u16string_view text_;
     HtmlNames names_;
     std::vector<HtmlMark> marks_;
+    bool hasOpenTags_ = false; // with a "<" between name and end, or no end
     bool hasInstructions_ = false;
 };
 

@@ -1,7 +1,7 @@
 // Builds the tree of an HTML page.
 #pragma once
 
-#include "html_ends.h"
+#include "html_plan.h"
 
 #include "Zn_DOMElement.h"
 
@@ -20,8 +20,8 @@ class HtmlReader {
 public:
     // The text must outlive the reader.
     HtmlReader(std::u16string_view text, const HtmlOptions& options)
-        : text_(text), options_(options), marks_(text), ends_(marks_),
-          tags_(static_cast<std::size_t>(marks_.NameCount()))
+        : text_(text), parseAttributes_(options.parseAttributes), marks_(text),
+          plan_(marks_, options.parseContent, options.keepText), tags_(static_cast<std::size_t>(marks_.NameCount()))
     {
     }
     // Appends the nodes; false for a comment without an end. Throws when memory runs out.
@@ -30,35 +30,16 @@ public:
 private:
     using View = std::u16string_view;
 
-    // A list that is being filled, from a part of the text.
-    struct Level {
-        Zn_DOMElemList* list;
-        Zn_DOMElement* parent;
-        int end;
-        int next; // where the level above goes on
-    };
     View TextOf(int from, int to) const noexcept;
-    Zn_DOMElement& AddNode(int kind) const;
-    void GoOn(int to) noexcept { at_ = to; }
-    void Flush(int to);
-    bool ReadMark();
-    bool ReadComment(const HtmlMark& mark);
-    void ReadDeclaration(const HtmlMark& mark);
-    void ReadInstruction(const HtmlMark& mark);
-    void ReadElement(const HtmlMark& mark);
-    bool ReadTag(Zn_DOMElement& node, const HtmlMark& mark, int nameStart);
+    void Fill(Zn_DOMElement& node, const HtmlNode& plan);
+    void SetAttributes(Zn_DOMElement& node, const HtmlMark& mark) const;
     const Zn_WString& TagOf(int name, View text);
-    void ReadContent(Zn_DOMElement& node, int from, HtmlEnds::End end, bool parse);
 
     View text_;
-    HtmlOptions options_;
+    bool parseAttributes_;
     HtmlMarks marks_;
-    HtmlEnds ends_;
-    Level level_{};
-    std::vector<Level> above_;
+    HtmlPlan plan_;
     std::vector<Zn_WString> tags_; // as last written, by the number of the name
-    int mark_ = 0;                 // the next mark
-    int at_ = 0;                   // where the pending text begins
 };
 
 } // namespace zn

@@ -7,9 +7,9 @@
 
 namespace zn {
 
-using namespace std::string_view_literals;
-
 namespace {
+
+constexpr std::u16string_view kTable = u"TABLE";
 
 struct TagRow {
     std::u16string_view name;
@@ -49,10 +49,10 @@ std::ptrdiff_t HtmlNameLength(const char16_t* at, const char16_t* end) noexcept
 {
     if (at == end || (*at >= u'0' && *at <= u'9'))
         return 0;
-    for (const std::u16string_view fixed : {u"!--"sv, u"TABLE"sv, u"!DOCTYPE"sv}) {
-        if (BeginsWith(at, end, fixed))
-            return static_cast<std::ptrdiff_t>(fixed.size());
-    }
+    if (*at == u'!')
+        return BeginsWith(at, end, u"!--") ? 3 : BeginsWith(at, end, u"!DOCTYPE") ? 8 : 0;
+    if (BeginsWith(at, end, kTable))
+        return static_cast<std::ptrdiff_t>(kTable.size());
     const char16_t* stop = *at == u'?' ? at + 1 : at;
     while (stop != end && IsHtmlNameUnit(*stop))
         ++stop;
