@@ -28,7 +28,11 @@ public:
     // Assigning takes over the items; the option stays the list's own.
     Zn_ObjList& operator=(const Zn_ObjList& other);
     Zn_ObjList& operator=(Zn_ObjList&& other) noexcept;
-    ~Zn_ObjList();
+    ~Zn_ObjList()
+    {
+        if (places_.HasMemory())
+            ReleaseList();
+    }
 
     int Count() const noexcept { return places_.Count(); }
     // Null when out of range or absent.

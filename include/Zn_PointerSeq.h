@@ -22,10 +22,16 @@ public:
     explicit Zn_PointerSeq(int tag = 0) noexcept;
     Zn_PointerSeq(const Zn_PointerSeq&) = delete;
     Zn_PointerSeq& operator=(const Zn_PointerSeq&) = delete;
-    ~Zn_PointerSeq() { Clear(); }
+    ~Zn_PointerSeq()
+    {
+        if (HasMemory())
+            Clear();
+    }
 
     int Count() const noexcept { return head_->count; }
     int GetTag() const noexcept { return head_->tag; }
+    // False for a sequence that was never filled or was cleared.
+    bool HasMemory() const noexcept { return head_->room != 0; }
     // Null when out of range. Who knows a strip's stride saves looking it up.
     void* At(int index) const noexcept { return At(index, head_->stride); }
     void* At(int index, int strideOfStrip) const noexcept

@@ -40,11 +40,6 @@ Zn_ObjList& Zn_ObjList::operator=(Zn_ObjList&& other) noexcept
     return *this;
 }
 
-Zn_ObjList::~Zn_ObjList()
-{
-    ReleaseList();
-}
-
 // ---- the strip: see Zn_PointerSeq. Its head and its places are a run of the handler's pool.
 
 bool Zn_ObjList::BeginStrip(int room) noexcept

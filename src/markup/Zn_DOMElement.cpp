@@ -1,30 +1,9 @@
 #include "Zn_DOMElement.h"
 
-#include "foundation/brace.h"
-#include "markup/name_values.h"
-#include "markup/xml_text.h"
+#include "foundation/xml_escape.h"
+#include "markup/attributes.h"
 
 #include <utility>
-
-namespace {
-
-// Appends the pair even when the name is there already: look-ups find the first.
-void AddAttribute(Zn_NamedStrList& attributes, const zn::NameValue& pair)
-{
-    Zn_NamedStr* attribute = pair.name.empty() ? nullptr : attributes.NewItem();
-    if (!attribute)
-        return;
-    if (pair.place == zn::ValuePlace::None) {
-        attribute->SetId(Zn_WString(pair.name)); // a name alone is not decoded; callers rely on it
-    } else {
-        attribute->SetId(zn::DecodedXml(pair.name));
-        const bool quotesOnly = pair.place == zn::ValuePlace::OwnToken;
-        attribute->SetStr(zn::DecodedXml(zn::WithoutBrace(pair.value, quotesOnly)));
-    }
-    attributes.AddLink(attribute);
-}
-
-} // namespace
 
 Zn_DOMElement::Zn_DOMElement(const Zn_DOMElement& other) : Zn_DOMElement()
 {
@@ -115,7 +94,7 @@ void Zn_DOMElement::GetAttributeFromList(Zn_WString& out) const
 int Zn_DOMElement::MakeVarList(std::u16string_view attributeText)
 {
     Zn_NamedStrList parsed; // the text may be part of what is replaced
-    zn::ReadNameValues(attributeText, [&parsed](const zn::NameValue& pair) { AddAttribute(parsed, pair); });
+    zn::ReadAttributes(attributeText, parsed);
     attributes = std::move(parsed);
     rawAttributes.Empty();
     return 1;

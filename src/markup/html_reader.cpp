@@ -1,5 +1,7 @@
 #include "html_reader.h"
 
+#include "attributes.h"
+
 #include <new>
 
 namespace zn {
@@ -41,28 +43,19 @@ void HtmlReader::Fill(Zn_DOMElement& node, const HtmlNode& plan)
 {
     node.kind = plan.kind;
     if (plan.from < plan.to)
-        node.text.Set(TextOf(plan.from, plan.to));
+        node.text = texts_.MakeText(TextOf(plan.from, plan.to));
     if (plan.mark < 0 || plan.kind == Zn_DOMElement::Comment)
         return;
     const HtmlMark& mark = marks_[plan.mark];
     if (mark.kind == HtmlMark::Start)
-        node.tag = TagOf(mark.name, TextOf(mark.at + 1, mark.nameEnd));
+        node.tag = texts_.Of(TextOf(mark.at + 1, mark.nameEnd));
     else
         node.tag.Set(TextOf(mark.at + 2, mark.nameEnd));
     if (plan.hasAttributes)
         SetAttributes(node, mark);
 }
 
-// Elements of one name share its text.
-const Zn_WString& HtmlReader::TagOf(int name, View text)
-{
-    Zn_WString& tag = tags_[static_cast<std::size_t>(name)];
-    if (tag.GetView() != text)
-        tag = Zn_WString(text);
-    return tag;
-}
-
-void HtmlReader::SetAttributes(Zn_DOMElement& node, const HtmlMark& mark) const
+void HtmlReader::SetAttributes(Zn_DOMElement& node, const HtmlMark& mark)
 {
     const bool declaration = mark.kind == HtmlMark::Declaration;
     const bool pair = mark.empty || mark.kind == HtmlMark::ProcInstr;
@@ -72,7 +65,7 @@ void HtmlReader::SetAttributes(Zn_DOMElement& node, const HtmlMark& mark) const
     if (from >= to)
         return;
     if (parseAttributes_ && !declaration)
-        node.MakeVarList(TextOf(from, to));
+        ReadAttributes(TextOf(from, to), node.attributes, &texts_);
     else
         node.rawAttributes.Set(TextOf(from, to));
 }

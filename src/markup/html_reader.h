@@ -2,11 +2,11 @@
 #pragma once
 
 #include "html_plan.h"
+#include "shared_texts.h"
 
 #include "Zn_DOMElement.h"
 
 #include <string_view>
-#include <vector>
 
 namespace zn {
 
@@ -21,7 +21,7 @@ public:
     // The text must outlive the reader.
     HtmlReader(std::u16string_view text, const HtmlOptions& options)
         : text_(text), parseAttributes_(options.parseAttributes), marks_(text),
-          plan_(marks_, options.parseContent, options.keepText), tags_(static_cast<std::size_t>(marks_.NameCount()))
+          plan_(marks_, options.parseContent, options.keepText)
     {
     }
     // Appends the nodes; false for a comment without an end. Throws when memory runs out.
@@ -32,14 +32,13 @@ private:
 
     View TextOf(int from, int to) const noexcept;
     void Fill(Zn_DOMElement& node, const HtmlNode& plan);
-    void SetAttributes(Zn_DOMElement& node, const HtmlMark& mark) const;
-    const Zn_WString& TagOf(int name, View text);
+    void SetAttributes(Zn_DOMElement& node, const HtmlMark& mark);
 
     View text_;
     bool parseAttributes_;
     HtmlMarks marks_;
     HtmlPlan plan_;
-    std::vector<Zn_WString> tags_; // as last written, by the number of the name
+    SharedTexts texts_;
 };
 
 } // namespace zn
