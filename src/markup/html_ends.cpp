@@ -42,7 +42,7 @@ bool HasContent(const HtmlMark& mark) noexcept
 struct HtmlEnds::Ways {
     explicit Ways(int marks, int labelCount)
         : count(marks), steps(Index(marks), marks), labels(Index(marks), -1), starts(Index(marks), -1),
-          tops(Index(labelCount), marks)
+          tops(Index(labelCount), marks), hidden(Index(marks), marks)
     {
     }
 
@@ -51,7 +51,49 @@ struct HtmlEnds::Ways {
     template <class Answer>
     void Walk(Answer answer)
     {
-        // The marks that lead to each mark, and below the place `count` the ends of all ways.
+        if (WalkBack(answer))
+            return;
+        std::fill(tops.begin(), tops.end(), count);
+        WalkForest(answer);
+    }
+    int First(int label) const noexcept { return tops[Index(label)]; }
+
+    int count;
+    Ints steps;  // always forward; `count` ends the search
+    Ints labels; // -1 for none
+    Ints starts; // -1 for none
+    Ints tops;   // by label: the nearest mark on the way from the mark of the walk
+    Ints hidden; // by mark: the one that had its label before
+
+private:
+    using Waiting = std::vector<std::pair<int, int>>; // start and mark
+
+    // One pass from the back, for ways that leave marks out but never part: false when they do, or when one does
+    // not start at the next mark.
+    template <class Answer>
+    bool WalkBack(Answer answer)
+    {
+        Ints way{count}; // from the next mark on, the nearest last
+        for (int i = count; i-- > 0;) {
+            if (starts[Index(i)] >= 0) {
+                if (starts[Index(i)] != i + 1)
+                    return false;
+                answer(i);
+            }
+            for (; way.back() < steps[Index(i)]; way.pop_back())
+                Leave(way.back());
+            if (way.back() != steps[Index(i)])
+                return false;
+            Enter(i);
+            way.push_back(i);
+        }
+        return true;
+    }
+
+    // Through the marks that lead to each mark, from the ends of all ways on, which stand below the place `count`.
+    template <class Answer>
+    void WalkForest(Answer answer)
+    {
         Ints below(Index(count) + 1, -1), beside(Index(count), -1);
         for (int i = 0; i < count; ++i)
             beside[Index(i)] = std::exchange(below[Index(steps[Index(i)])], i);
@@ -61,44 +103,37 @@ struct HtmlEnds::Ways {
                 waiting.emplace_back(starts[Index(i)], i);
         }
         std::sort(waiting.begin(), waiting.end());
-        Ints hidden(Index(count), -1); // by mark: the one that had its label before
         for (int at = below[Index(count)]; at >= 0;) {
-            Enter(at, waiting, hidden, answer);
+            if (IsNext(at))
+                answer(at);
+            Enter(at);
+            AnswerWaiting(at, waiting, answer);
             int next = below[Index(at)];
             while (next < 0 && at != count) {
-                Leave(at, hidden);
+                Leave(at);
                 next = beside[Index(at)];
                 at = next < 0 ? steps[Index(at)] : at;
             }
             at = next;
         }
     }
-    int First(int label) const noexcept { return tops[Index(label)]; }
-
-    int count;
-    Ints steps;  // always forward; `count` ends the search
-    Ints labels; // -1 for none
-    Ints starts; // -1 for none
-    Ints tops;   // by label: the nearest mark on the way from the mark of the walk
-
-private:
-    using Waiting = std::vector<std::pair<int, int>>; // start and mark
 
     bool IsNext(int mark) const noexcept { return starts[Index(mark)] == mark + 1 && steps[Index(mark)] == mark + 1; }
     template <class Answer>
-    void Enter(int at, const Waiting& waiting, Ints& hidden, Answer answer)
+    void AnswerWaiting(int at, const Waiting& waiting, Answer answer)
     {
-        if (IsNext(at))
-            answer(at);
-        if (const int label = labels[Index(at)]; label >= 0)
-            hidden[Index(at)] = std::exchange(tops[Index(label)], at);
         if (waiting.empty())
             return;
         for (auto it = std::lower_bound(waiting.begin(), waiting.end(), std::pair(at, -1));
              it != waiting.end() && it->first == at; ++it)
             answer(it->second);
     }
-    void Leave(int at, const Ints& hidden) noexcept
+    void Enter(int at) noexcept
+    {
+        if (const int label = labels[Index(at)]; label >= 0)
+            hidden[Index(at)] = std::exchange(tops[Index(label)], at);
+    }
+    void Leave(int at) noexcept
     {
         if (const int label = labels[Index(at)]; label >= 0)
             tops[Index(label)] = hidden[Index(at)];
@@ -167,33 +202,39 @@ int HtmlEnds::StepOver(int index) const noexcept
 void HtmlEnds::EndOptions()
 {
     const int count = marks_.Count();
-    const int tableEnd = marks_.NameCount(); // the label of "</table"
-    Ways ways(count, tableEnd + 1);
-    bool any = false;
+    Ints tags; // those of elements that end so; the ways between them lead over many others
     for (int i = 0; i < count; ++i) {
+        if (IsTag(marks_[i]) && IsOptionStyle(marks_.StyleOf(marks_[i])))
+            tags.push_back(i);
+    }
+    if (tags.empty())
+        return;
+    Ints nextTag(Index(count) + 1, static_cast<int>(tags.size())); // by mark: the first of these tags on its way
+    for (int i = count, tag = nextTag.back(); i-- > 0;) {
+        const bool isTag = tag > 0 && tags[Index(tag) - 1] == i;
+        nextTag[Index(i)] = isTag ? --tag : nextTag[Index(StepOver(i))];
+    }
+    const int tableEnd = marks_.NameCount(); // the label of "</table"
+    Ways ways(static_cast<int>(tags.size()), tableEnd + 1);
+    for (std::size_t tag = 0; tag < tags.size(); ++tag) {
+        const int i = tags[tag];
         const HtmlMark& mark = marks_[i];
-        ways.steps[Index(i)] = StepOver(i);
-        const int style = IsTag(mark) ? marks_.StyleOf(mark) : Zn_DOMElement::Text;
-        if (!IsOptionStyle(style))
-            continue;
+        ways.steps[tag] = nextTag[Index(StepOver(i))];
         // Not the end tags of other names that begin with "table".
         constexpr int kTableEnd = 7;
         const bool endsTable =
-            style == Zn_DOMElement::HtmlTable && !IsStart(mark) && mark.nameEnd - mark.at == kTableEnd;
+            marks_.StyleOf(mark) == Zn_DOMElement::HtmlTable && !IsStart(mark) && mark.nameEnd - mark.at == kTableEnd;
         if (mark.whole)
-            ways.labels[Index(i)] = endsTable ? tableEnd : mark.name;
-        if (HasContent(mark)) {
-            ways.starts[Index(i)] = marks_.FirstFrom(marks_.After(i), i + 1);
-            any = true;
-        }
+            ways.labels[tag] = endsTable ? tableEnd : mark.name;
+        if (HasContent(mark))
+            ways.starts[tag] = nextTag[Index(marks_.FirstFrom(marks_.After(i), i + 1))];
     }
-    if (!any)
-        return;
-    ways.Walk([&](int i) {
-        int ending = ways.First(marks_[i].name);
-        if (marks_.StyleOf(marks_[i]) != Zn_DOMElement::HtmlParagraph)
+    ways.Walk([&](int tag) {
+        const HtmlMark& mark = marks_[tags[Index(tag)]];
+        int ending = ways.First(mark.name);
+        if (marks_.StyleOf(mark) != Zn_DOMElement::HtmlParagraph)
             ending = std::min(ending, ways.First(tableEnd));
-        endings_[Index(i)] = ending;
+        endings_[Index(tags[Index(tag)])] = ending < ways.count ? tags[Index(ending)] : count;
     });
 }
 

@@ -19,10 +19,7 @@ public:
         return place;
     }
     // Shares what is short enough to come again.
-    Zn_WString MakeText(std::u16string_view text)
-    {
-        return text.size() <= kShort ? Of(text) : Zn_WString(text);
-    }
+    Zn_WString MakeText(std::u16string_view text) { return text.size() <= kShort ? Of(text) : Zn_WString(text); }
 
 private:
     static constexpr std::size_t kPlaces = 256;
