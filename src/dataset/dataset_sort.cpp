@@ -8,11 +8,13 @@
 #include "dataset/sort_keys.h"
 #include "dataset/sort_partition.h"
 #include "dataset/sort_ranks.h"
+#include "dataset/sort_views.h"
 #include "foundation/vector_list.h"
 
 #include <algorithm>
 #include <functional>
 #include <numeric>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -53,14 +55,22 @@ Order OrderOf(const zn::Ranks& ranks)
     return rows.Order();
 }
 
+template <class Rows>
+Order OrderByPartitions(Rows& rows)
+{
+    zn::PartitionSort(rows, static_cast<int>(rows.Rows().size())).Run();
+    return {rows.Rows().begin(), rows.Rows().end()};
+}
+
 // The rows' numbers in their new order.
 Order SortedOrder(const std::vector<zn::SortKey>& keys)
 {
     if (std::all_of(keys.begin(), keys.end(), [](const zn::SortKey& key) { return key.IsOrder(); }))
         return OrderOf(zn::MakeRanks(keys));
-    zn::KeyedRows rows(keys);
-    zn::PartitionSort(rows, static_cast<int>(rows.Rows().size())).Run();
-    return {rows.Rows().begin(), rows.Rows().end()};
+    if (std::optional<zn::ViewedRows> viewed = zn::ViewedRows::Make(keys))
+        return viewed->IsOrder() ? OrderOf(viewed->Order()) : OrderByPartitions(*viewed);
+    zn::KeyedRows keyed(keys);
+    return OrderByPartitions(keyed);
 }
 
 } // namespace

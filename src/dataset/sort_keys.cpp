@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 #include <numeric>
 #include <utility>
 
@@ -60,7 +61,7 @@ int CompareAmounts(std::uint64_t a, std::uint64_t b)
         return 0;
     if (a > b && !IsDifferenceWide(b, a))
         return 1;
-    // Less than a unit below reads as 0.
+    // A difference of 0.01 to 0.0999 below reads as 0.
     return SignOf((Zn_Currency::FromRaw(RawOf(a)) - Zn_Currency::FromRaw(RawOf(b))).ToDouble());
 }
 
@@ -134,7 +135,7 @@ std::uint64_t SortKey::ReadCode(std::uint32_t row, const Zn_Variant& value)
     case Zn_Variant::Object:
         values_.resize(Count());
         values_[row] = &value;
-        return 0;
+        return value.type == Zn_Variant::Date ? CodeOfDecimal(zn::DateReadAsAmount(*value.GetConstDateTime())) : 0;
     default:
         return 0;
     }
@@ -172,27 +173,67 @@ void SortKey::RankBytes()
     highest_ = std::max(highest_, rank);
 }
 
+std::vector<std::uint32_t> SortKey::Kinds(std::size_t most) const
+{
+    std::vector<std::uint32_t> found;
+    for (std::uint32_t row = 0; row < Count() && found.size() <= most; ++row) {
+        if (!IsAbsent(row) && std::find(found.begin(), found.end(), KindOf(row)) == found.end())
+            found.push_back(KindOf(row));
+        if (kinds_.empty())
+            break;
+    }
+    if (found.empty())
+        found.push_back(Zn_Variant::Empty);
+    return found;
+}
+
 bool SortKey::IsOrder() const
 {
-    if (isMixed_)
+    if (isMixed_ || !AreOrdered(kind_, lowest_, highest_))
         return false;
     switch (kind_) {
-    case Zn_Variant::Integer:
-        return highest_ - lowest_ <= INT32_MAX;
     case Zn_Variant::Decimal:
         return std::isfinite(DecimalOf(lowest_)) && std::isfinite(DecimalOf(highest_));
-    case Zn_Variant::Currency: {
-        if (IsDifferenceWide(lowest_, highest_))
-            return false;
-        const auto unit = static_cast<std::uint64_t>(Zn_Currency(1).GetRaw());
+    case Zn_Variant::Currency:
         for (std::uint32_t row = 0; row < Count(); ++row) {
-            if (!IsAbsent(row) && (codes_[row] - lowest_) % unit != 0)
+            if (!IsAbsent(row) && (codes_[row] - lowest_) % (kMostReadAs0 + 1) != 0)
                 return false;
         }
         return true;
-    }
     default:
         return HasCode(kind_);
+    }
+}
+
+bool SortKey::AreOrdered(std::uint32_t kind, std::uint64_t low, std::uint64_t high)
+{
+    switch (kind) {
+    case Zn_Variant::Integer:
+        return high - low <= INT32_MAX;
+    case Zn_Variant::Currency:
+        return !IsDifferenceWide(low, high);
+    default:
+        return kind != Zn_Variant::Object;
+    }
+}
+
+std::pair<std::uint64_t, std::uint64_t> SortKey::EqualCodes(std::uint32_t row) const
+{
+    const std::uint64_t code = codes_[row];
+    switch (KindOf(row)) {
+    case Zn_Variant::Decimal: {
+        // The difference from an infinity of the same sign, and to what is not a number, counts as above.
+        const double value = DecimalOf(code);
+        if (code == 0 || value > std::numeric_limits<double>::max())
+            return {UINT64_MAX, UINT64_MAX - 1};
+        return {std::isfinite(value) ? code : code + 1, code};
+    }
+    case Zn_Variant::Date: {
+        const std::uint64_t days = CodeOfDecimal(values_[row]->GetConstDateTime()->ToDouble());
+        return {days, days};
+    }
+    default:
+        return {code, code};
     }
 }
 
@@ -215,7 +256,7 @@ unsigned SortKey::SignsAgainst(std::uint32_t row, std::uint64_t low, std::uint64
 {
     const std::uint32_t kind = KindOf(row);
     const std::uint64_t code = codes_[row];
-    if (!HasCode(kind))
+    if (kind == Zn_Variant::Object)
         return kAnySign;
     if (kind == Zn_Variant::Integer) {
         // Differences wrap: from half the range on, above is below.
@@ -225,11 +266,14 @@ unsigned SortKey::SignsAgainst(std::uint32_t row, std::uint64_t low, std::uint64
         const bool more = (first < own && last > own - kHalf) || last > own + kHalf;
         return (less ? kLess : 0) | (more ? kMore : 0) | (first <= own && own <= last ? kSame : 0);
     }
-    if (kind == Zn_Variant::Currency && IsDifferenceWide(std::min(low, code), std::max(high, code)))
-        return kAnySign;
-    const int most = CompareCodes(kind, code, low);
-    const int least = CompareCodes(kind, code, high);
-    return (least < 0 ? kLess : 0) | (most > 0 ? kMore : 0) | (least <= 0 && most >= 0 ? kSame : 0);
+    if (kind == Zn_Variant::Currency) {
+        if (IsDifferenceWide(std::min(low, code), std::max(high, code)))
+            return kAnySign;
+        const bool same = high >= code && (low <= code || low - code <= kMostReadAs0);
+        return (high > code ? kLess : 0) | (low < code ? kMore : 0) | (same ? kSame : 0);
+    }
+    const auto [first, last] = EqualCodes(row);
+    return (high > last ? kLess : 0) | (low < first ? kMore : 0) | (low <= last && high >= first ? kSame : 0);
 }
 
 namespace {

@@ -1,9 +1,9 @@
 // The keys of a sort in numbers, read from the rows once, so that comparing two rows does not touch their values.
 //
 // Where every key is totally ordered by the variants' compare, all of them become one number per row (MakeRanks).
-// That compare is no order where a column mixes types (1 both ways), holds amounts less than a unit apart (whose
-// difference reads as 0 one way), integers more than 2^31 - 1 apart (whose difference wraps), or what is not a number:
-// then KeyedRows compares key by key, as the variants would.
+// That compare is no order where a column mixes types (1 both ways), holds amounts that are 0.01 to 0.0999
+// apart (whose difference reads as 0 one way), integers more than 2^31 - 1 apart (whose difference wraps), or what is
+// not a number: then KeyedRows compares key by key, as the variants would.
 #pragma once
 
 #include "Zn_Variant.h"
@@ -14,6 +14,7 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zn {
@@ -44,8 +45,21 @@ public:
     std::uint64_t LowestCode() const noexcept { return lowest_; }
     // Below the lowest when no row has a value.
     std::uint64_t HighestCode() const noexcept { return highest_; }
-    // Whether the compare of variants is a total order on what the column holds.
+    // The types of the values, in the order of their first ones and no more than one above a limit; Empty when there
+    // are no values.
+    std::vector<std::uint32_t> Kinds(std::size_t most) const;
+    // Whether the compare of variants is a total order on what the column holds. Where that would need to look at
+    // amounts in pairs it is false.
     bool IsOrder() const;
+    // An amount's code is in ten-thousandths. The difference to one that is so much above reads as 0, so both seem
+    // equal.
+    static constexpr std::uint64_t kLeastReadAs0 = 100, kMostReadAs0 = 999;
+    // Whether values of one type with codes in a range compare by their codes, as EqualCodes says.
+    static bool AreOrdered(std::uint32_t kind, std::uint64_t low, std::uint64_t high);
+    // Among values of its type, a row's value is equal to those with codes from the first to the second, after those
+    // below and before those above. None are equal when the second is below the first. What holds for amounts besides
+    // is left out.
+    std::pair<std::uint64_t, std::uint64_t> EqualCodes(std::uint32_t row) const;
 
     // What the compare procedure says of one row's value and another's, direction included: below, equal to or above 0.
     int Compare(std::uint32_t a, std::uint32_t b) const;

@@ -4,7 +4,6 @@
 #include "Zn_Variant.h"
 #include "values/variant_types.h"
 
-#include <bit>
 #include <cstring>
 
 namespace {
@@ -18,12 +17,6 @@ int SignOf(double difference)
 std::int32_t WrappedDifference(std::int32_t a, std::int32_t b)
 {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
-}
-
-// Callers rely on the bits of a date being read as an amount here.
-double DateReadAsAmount(const Zn_DateTime& date)
-{
-    return Zn_Currency::FromRaw(std::bit_cast<std::int64_t>(date.GetStored())).ToDouble();
 }
 
 int CompareBytes(const Zn_Buffer& a, const Zn_Buffer& b)
@@ -49,7 +42,7 @@ int Zn_Variant::Compare(const Zn_Variant& other) const
     case Currency:
         return SignOf((*GetConstCurrency() - *other.GetConstCurrency()).ToDouble());
     case Date:
-        return SignOf(GetConstDateTime()->ToDouble() - DateReadAsAmount(*other.GetConstDateTime()));
+        return SignOf(GetConstDateTime()->ToDouble() - zn::DateReadAsAmount(*other.GetConstDateTime()));
     case String:
         return zn_compare(*GetConstStr(), *other.GetConstStr());
     case Binary:

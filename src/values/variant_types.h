@@ -3,6 +3,8 @@
 
 #include "Zn_Variant.h"
 
+#include <bit>
+
 namespace zn {
 
 struct VariantType {
@@ -18,6 +20,12 @@ const VariantType* FindType(std::uint16_t code) noexcept;
 inline bool IsAbsent(const Zn_Variant& value) noexcept
 {
     return value.type == Zn_Variant::Empty || value.type == Zn_Variant::Null;
+}
+
+// What a date is compared with: callers rely on the bits of the other date being read as an amount there.
+inline double DateReadAsAmount(const Zn_DateTime& date) noexcept
+{
+    return Zn_Currency::FromRaw(std::bit_cast<std::int64_t>(date.GetStored())).ToDouble();
 }
 
 } // namespace zn

@@ -166,6 +166,20 @@ const std::pair<const char*, Maker> kMakers[] = {
     {"texts with nulls", [](std::mt19937& r) { return Zn_Variant(std::u16string_view(u"a\0\0\0\0\0\0", r() % 7)); }},
     {"amounts",
      [](std::mt19937& r) { return Zn_Variant(Zn_Currency::FromRaw(static_cast<int>(r() % 9) * 5000 - 20000)); }},
+    {"close amounts",
+     [](std::mt19937& r) {
+         static const int kRaw[] = {0, 1, 50, 99, 100, 101, 500, 999, 1000, 1001, 1999, -100, -999, 20000};
+         return Zn_Variant(Zn_Currency::FromRaw(kRaw[r() % std::size(kRaw)]));
+     }},
+    {"cents", [](std::mt19937& r) { return Zn_Variant(Zn_Currency::FromRaw(static_cast<int>(r() % 40) * 100)); }},
+    {"dates",
+     [](std::mt19937& r) { return Zn_Variant(Zn_DateTime(1 + static_cast<int>(r() % 8) * 300, 1, 1, 0, 0, 0)); }},
+    {"far from numbers",
+     [](std::mt19937& r) {
+         constexpr double kInfinite = std::numeric_limits<double>::infinity();
+         static const double kValues[] = {kInfinite, -kInfinite, std::nan(""), 0, 1.5, -1.5, 1e308, -1e308};
+         return Zn_Variant(kValues[r() % 8]);
+     }},
     {"whole amounts", [](std::mt19937& r) { return Zn_Variant(Zn_Currency(static_cast<int>(r() % 9) - 4)); }},
     {"extreme amounts",
      [](std::mt19937& r) {
@@ -280,16 +294,22 @@ TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
     // The literal procedure makes billions of comparisons for most of these.
     const int kRows = IsLong() ? 1000000 : 30000;
     for (const Pattern& pattern : kPatterns) {
-        for (const int emptyAt : {kRows, 2}) {
-            Zn_Dataset table = Numbered(kRows, 1);
-            for (int i = 0; i < kRows; ++i) {
-                const Zn_Variant key(pattern.at(i, kRows)), empty;
-                Put(table, i, 0, (i + 1) % emptyAt == 0 ? &empty : &key);
-            }
+        // Numbers; the same with empty values between, as dates, and as amounts that differ by cents.
+        Zn_Dataset made = Numbered(kRows, 4);
+        for (int i = 0; i < kRows; ++i) {
+            const int number = pattern.at(i, kRows);
+            const Zn_Variant values[] = {Zn_Variant(number), i % 2 ? Zn_Variant() : Zn_Variant(number),
+                                         Zn_Variant(Zn_DateTime(number % 100000)),
+                                         Zn_Variant(Zn_Currency::FromRaw(std::int64_t{number} * 100))};
+            for (int k = 0; k < 4; ++k)
+                Put(made, i, k, &values[k]);
+        }
+        for (const char16_t* spec : {u"k0", u"k1", u"k1,k0:d", u"k0:d,k1", u"k2", u"k2:d,k1", u"k1,k3"}) {
+            Zn_Dataset table(made);
             const std::clock_t start = std::clock();
-            table.Sort(u"k0", 1);
+            table.Sort(spec, 1);
             EXPECT_LT(double(std::clock() - start) / CLOCKS_PER_SEC, kRows / 25000)
-                << pattern.name << ", every " << emptyAt << "th empty";
+                << pattern.name << " by " << Zn_WString(spec).ToUtf8();
         }
     }
 }
