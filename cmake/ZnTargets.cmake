@@ -6,6 +6,16 @@ set(ZN_FLOORS platform foundation system compression values markup variables dat
 
 find_package(Threads REQUIRED)
 
+# Some 32-bit machines have atomic operations on 64 bits from a library of the compiler.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("#include <atomic>
+    #include <cstdint>
+    std::atomic<std::uint64_t> number;
+    int main() { return static_cast<int>(number.load()); }" ZN_HAS_ATOMIC_64)
+if(NOT ZN_HAS_ATOMIC_64)
+    set(ZN_ATOMIC_LIBRARY -latomic)
+endif()
+
 add_library(zn_warnings INTERFACE)
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     target_compile_options(zn_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
@@ -67,7 +77,7 @@ function(zn_make_libraries)
         target_include_directories(ZnClassLib_${kind} INTERFACE
             $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/ZnClassLib>)
         target_compile_features(ZnClassLib_${kind} INTERFACE cxx_std_20)
-        target_link_libraries(ZnClassLib_${kind} PUBLIC Threads::Threads $<$<PLATFORM_ID:Windows>:ws2_32>)
+        target_link_libraries(ZnClassLib_${kind} PUBLIC Threads::Threads ${ZN_ATOMIC_LIBRARY} $<$<PLATFORM_ID:Windows>:ws2_32>)
         set_target_properties(ZnClassLib_${kind} PROPERTIES LINKER_LANGUAGE CXX
             OUTPUT_NAME ZnClassLib EXPORT_NAME ${kind} VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
     endforeach()

@@ -96,7 +96,7 @@ bool TextRanker::RankFew(std::vector<std::uint64_t>& ranks, std::uint64_t& most)
     for (std::size_t rank = 0; rank < sorted.size(); ++rank)
         rankOf[sorted[rank]] = rank;
     for (const std::uint32_t row : rows_)
-        ranks[row] = rankOf[ranks[row]];
+        ranks[row] = rankOf[static_cast<std::size_t>(ranks[row])];
     most = sorted.empty() ? 0 : sorted.size() - 1;
     return true;
 }

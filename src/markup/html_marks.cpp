@@ -63,7 +63,7 @@ int HtmlNames::NumberOf(View name)
     const std::uint64_t key = ShortKey(name);
     if (key == 0)
         return Enter(name);
-    Recent& recent = recent_[key * 0x9E3779B97F4A7C15u >> 56];
+    Recent& recent = recent_[static_cast<std::size_t>(key * 0x9E3779B97F4A7C15u >> 56)];
     if (recent.key != key)
         recent = {key, Enter(name)};
     return recent.number;

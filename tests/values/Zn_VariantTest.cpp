@@ -47,7 +47,7 @@ void TouchEverything(Zn_Variant& value)
         v->GetDateTime()->GetYear();
         Zn_Buffer buffer;
         v->Save(buffer, 65001);
-        EXPECT_EQ(v->Compare(assigned), v->type == Zn_Variant::Date ? v->Compare(copy) : 0);
+        EXPECT_EQ(v->Compare(assigned), v->Compare(copy)); // not 0 where bits of another kind read as no number
         EXPECT_EQ(*v == assigned, *v == copy);
     }
     if (Zn_WString* text = value.GetStr())
