@@ -3,6 +3,7 @@
 #include "Zn_CodePage.h"
 
 #include "foundation/encoding.h"
+#include "markup/attributes.h"
 #include "markup/charset_declaration.h"
 #include "markup/tokenizer.h"
 #include "markup/xml_text.h"
@@ -47,7 +48,7 @@ public:
     void Text(View text)
     {
         if (Zn_DOMElement* node = AddNode(Zn_DOMElement::Text))
-            node->text = zn::DecodedXml(text);
+            node->text = zn::DecodedXml(text, &texts_);
     }
     void CData(View text) { AddText(Zn_DOMElement::CData, text); }
     void Comment(View text)
@@ -68,9 +69,9 @@ private:
     {
         Zn_DOMElement* node = AddNode(kind);
         if (node) {
-            node->tag.Set(name);
+            node->tag = texts_.Of(name);
             if (!attributes.empty())
-                node->MakeVarList(attributes);
+                zn::ReadAttributes(attributes, node->attributes, &texts_);
         }
         return node;
     }
@@ -84,6 +85,7 @@ private:
     bool full_ = false;                   // memory ran out: nothing more is taken
     Zn_DOMElemList* list_;                // where new nodes go
     zn::WorkStack<Zn_DOMElemList*> open_; // the lists around it
+    zn::SharedTexts texts_;
 };
 
 Zn_XmlDOM::Zn_XmlDOM(int parseContent, int parseAttributes, int keepText) noexcept : Zn_DOMElemList(ZnGetLocaleCP())

@@ -165,6 +165,8 @@ private:
 
 HtmlMarks::HtmlMarks(View text) : text_(text)
 {
+    constexpr std::size_t kUnitsOfMark = 12; // about; few pages have more marks, and room that stays is not touched
+    marks_.reserve(text.size() / kUnitsOfMark);
     Scan(*this).Run();
     if (hasOpenTags_ || hasInstructions_)
         FindCloses();

@@ -38,7 +38,7 @@ void HtmlPlan::LeavePart() noexcept
 HtmlNode& HtmlPlan::Add(int kind, int mark, int from, int to)
 {
     ++part_.children;
-    nodes_.push_back({kind, mark, from, to, 0, false});
+    nodes_.push_back({mark, from, to, 0, static_cast<std::uint8_t>(kind), false});
     return nodes_.back();
 }
 

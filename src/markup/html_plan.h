@@ -3,16 +3,17 @@
 
 #include "html_ends.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace zn {
 
 struct HtmlNode {
-    int kind;
     int mark; // -1 of a text
     int from; // text, or content that is not parsed
     int to;
-    int children;       // at the level below; all that is below stands behind the node
+    int children; // at the level below; all that is below stands behind the node
+    std::uint8_t kind;
     bool hasAttributes; // false when the tag does not end within its part of the page
 };
 
