@@ -1,6 +1,5 @@
 #include "dataset/sort_keys.h"
 
-#include "dataset/text_rank.h"
 #include "values/variant_types.h"
 
 #include <algorithm>
@@ -18,15 +17,6 @@ constexpr std::uint64_t kTop = std::uint64_t{1} << 63;
 std::int64_t IntegerOf(std::uint64_t code)
 {
     return static_cast<std::int64_t>(code) - 0x80000000;
-}
-
-// Both zeros have one code; what is not a number has code 0: it sorts before whatever it is compared with.
-std::uint64_t CodeOfDecimal(double value)
-{
-    if (std::isnan(value))
-        return 0;
-    const auto bits = std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value);
-    return bits & kTop ? ~bits : bits | kTop;
 }
 
 double DecimalOf(std::uint64_t code)
@@ -127,9 +117,8 @@ std::uint64_t SortKey::ReadCode(std::uint32_t row, const Zn_Variant& value)
     case Zn_Variant::Currency:
         return CodeOfAmount(*value.GetConstCurrency());
     case Zn_Variant::String:
-        texts_.resize(Count());
-        texts_[row] = value.GetConstStr()->GetView();
-        return 0;
+        SetText(row, value.GetConstStr()->GetView());
+        return codes_[row];
     case Zn_Variant::Binary:
     case Zn_Variant::Date:
     case Zn_Variant::Object:
@@ -141,18 +130,37 @@ std::uint64_t SortKey::ReadCode(std::uint32_t row, const Zn_Variant& value)
     }
 }
 
+// From a row on there are too many texts for their numbers: those in front of it are looked up.
+void SortKey::KeepTexts(std::uint32_t end)
+{
+    texts_.resize(Count());
+    for (std::uint32_t row = 0; row < end; ++row) {
+        if (KindOf(row) == Zn_Variant::String)
+            texts_[row] = few_.TextOf(codes_[row]);
+    }
+}
+
 void SortKey::Finish()
 {
-    if (!texts_.empty()) {
-        std::vector<std::uint32_t> rows;
-        for (std::uint32_t row = 0; row < Count(); ++row) {
-            if (KindOf(row) == Zn_Variant::String)
-                rows.push_back(row);
-        }
-        highest_ = std::max(highest_, TextRanker(texts_, rows).Rank(codes_));
-    }
+    RankTexts();
     if (!values_.empty())
         RankBytes();
+}
+
+void SortKey::RankTexts()
+{
+    std::vector<std::uint32_t> rows;
+    const std::vector<std::uint64_t> ranks = few_.Ranks();
+    for (std::uint32_t row = 0; row < Count() && !ranks.empty(); ++row) {
+        if (KindOf(row) != Zn_Variant::String)
+            continue;
+        if (texts_.empty())
+            codes_[row] = ranks[codes_[row]];
+        else
+            rows.push_back(row);
+    }
+    if (!rows.empty())
+        highest_ = std::max(highest_, TextRanker(texts_, rows).Rank(codes_));
 }
 
 void SortKey::RankBytes()

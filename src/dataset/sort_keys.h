@@ -9,9 +9,11 @@
 #include "Zn_Variant.h"
 #include "dataset/sort_partition.h"
 #include "dataset/sort_ranks.h"
+#include "dataset/text_rank.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -27,9 +29,15 @@ public:
     // A null value is an absent one. Values must stay while the key is used.
     void Set(std::uint32_t row, const Zn_Variant* value)
     {
-        if (!value || value->type != kind_ || kind_ != Zn_Variant::Integer || !kinds_.empty())
-            return SetAny(row, value);
-        Note(row, CodeOfInteger(value->ToInteger()));
+        if (value && value->type == kind_ && kinds_.empty()) {
+            if (kind_ == Zn_Variant::Integer)
+                return Note(row, CodeOfInteger(value->ToInteger()));
+            if (kind_ == Zn_Variant::Decimal)
+                return Note(row, CodeOfDecimal(value->ToDouble()));
+            if (kind_ == Zn_Variant::String)
+                return SetText(row, value->GetConstStr()->GetView());
+        }
+        SetAny(row, value);
     }
     void Finish();
 
@@ -74,6 +82,24 @@ private:
     {
         return static_cast<std::uint32_t>(value) ^ 0x80000000u;
     }
+    // Both zeros have one code; what is not a number has code 0: it sorts before whatever it is compared with.
+    static std::uint64_t CodeOfDecimal(double value) noexcept
+    {
+        constexpr std::uint64_t kTop = std::uint64_t{1} << 63;
+        const auto bits = std::bit_cast<std::uint64_t>(value == 0 ? 0.0 : value);
+        return value != value ? 0 : bits & kTop ? ~bits : bits | kTop;
+    }
+    // A text's number while there are few, and else the text itself.
+    void SetText(std::uint32_t row, std::u16string_view text)
+    {
+        if (texts_.empty()) {
+            const std::size_t number = few_.Find(text);
+            if (number < FewTexts::kMost)
+                return Note(row, number);
+            KeepTexts(row);
+        }
+        texts_[row] = text;
+    }
     void Note(std::uint32_t row, std::uint64_t code) noexcept
     {
         codes_[row] = code;
@@ -83,13 +109,16 @@ private:
     void SetAny(std::uint32_t row, const Zn_Variant* value);
     void SetKind(std::uint32_t row, std::uint32_t kind);
     std::uint64_t ReadCode(std::uint32_t row, const Zn_Variant& value);
+    void KeepTexts(std::uint32_t end);
+    void RankTexts();
     void RankBytes();
     int CompareValues(std::uint32_t a, std::uint32_t b) const;
 
     std::vector<std::uint64_t> codes_;
     std::uint32_t kind_ = kNone;       // of the values so far
     std::vector<std::uint32_t> kinds_; // of each row, once rows differ
-    std::vector<std::u16string_view> texts_;
+    FewTexts few_;
+    std::vector<std::u16string_view> texts_; // when they are not few
     std::vector<const Zn_Variant*> values_; // of bytes and of what has no code
     std::uint64_t lowest_ = UINT64_MAX;
     std::uint64_t highest_ = 0;
