@@ -235,12 +235,8 @@ void AddGroups(Pairs& pairs, Table& table, const Sql& sql, const std::shared_ptr
         for (int row = 0, start = 0, rows = table->GetRowCount(); row < rows; ++row) {
             if (table->GetRowLevel(row) == 0)
                 continue;
-            Zn_Variant sum, least, most;
-            table->GetSum(total, start, row, sum);
-            table->GetMin(total, start, row, least);
-            table->GetMax(total, start, row, most);
-            const double average = table->GetAvg(total, start, row);
-            RequireSame({sum.ToDouble(), least.ToDouble(), most.ToDouble(), average},
+            const Zn_ColSummary figures = table->Summarize(total, start, row);
+            RequireSame({figures.sum.ToDouble(), figures.least.ToDouble(), figures.most.ToDouble(), figures.average},
                         (*expected)[table->GetColumn(row, city)->ToString().ToUtf8()]);
             start = row + 1;
             ++groups;

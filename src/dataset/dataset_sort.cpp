@@ -63,10 +63,10 @@ Order OrderByPartitions(Rows& rows)
 }
 
 // The rows' numbers in their new order.
-Order SortedOrder(const std::vector<zn::SortKey>& keys)
+Order SortedOrder(std::vector<zn::SortKey> keys)
 {
     if (std::all_of(keys.begin(), keys.end(), [](const zn::SortKey& key) { return key.IsOrder(); }))
-        return OrderOf(zn::MakeRanks(keys));
+        return OrderOf(zn::MakeRanks(std::move(keys)));
     if (std::optional<zn::ViewedRows> viewed = zn::ViewedRows::Make(keys))
         return viewed->IsOrder() ? OrderOf(viewed->Order()) : OrderByPartitions(*viewed);
     zn::KeyedRows keyed(keys);
@@ -140,7 +140,7 @@ long Zn_Dataset::_qsort(const int keys[], int nkeys, int lo, int hi, const int d
                                 if (keys[k] != -1)
                                     read.push_back(ReadKey(keys[k], dirs[k] < 0, lo, hi));
                             }
-                            done = read.empty() || rows_.Arrange(lo, SortedOrder(read));
+                            done = read.empty() || rows_.Arrange(lo, SortedOrder(std::move(read)));
                         });
     return enough && done ? 0 : -1;
 }

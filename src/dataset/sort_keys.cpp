@@ -287,17 +287,19 @@ unsigned SortKey::SignsAgainst(std::uint32_t row, std::uint64_t low, std::uint64
 namespace {
 
 // The places of a key's values among its possible ones, an absent one first.
-Ranks PlacesOf(const SortKey& key)
+Ranks PlacesOf(SortKey& key)
 {
-    Ranks places{std::vector<std::uint64_t>(key.Count()), 0};
-    if (key.HighestCode() < key.LowestCode())
-        return places; // all are absent
-    const std::uint64_t first = key.HasAbsent() ? 1 : 0;
-    places.most = key.HighestCode() - key.LowestCode() + first;
-    const std::uint64_t flip = key.IsDescending() ? places.most : 0;
-    for (std::uint32_t row = 0; row < key.Count(); ++row) {
-        const std::uint64_t place = first && key.IsAbsent(row) ? 0 : key.CodeOf(row) - key.LowestCode() + first;
-        places.of[row] = flip ? flip - place : place;
+    Ranks places;
+    const std::uint64_t lowest = key.LowestCode(), first = key.HasAbsent() ? 1 : 0;
+    if (key.HighestCode() < lowest) { // all are absent
+        places.of.resize(key.Count());
+        return places;
+    }
+    places.most = key.HighestCode() - lowest + first;
+    places.of = key.TakeCodes();
+    for (std::uint32_t row = 0; row < places.of.size(); ++row) {
+        const std::uint64_t place = first && key.IsAbsent(row) ? 0 : places.of[row] - lowest + first;
+        places.of[row] = key.IsDescending() ? places.most - place : place;
     }
     return places;
 }
@@ -309,7 +311,7 @@ bool FitTogether(std::uint64_t most, std::uint64_t mostBehind)
 
 } // namespace
 
-Ranks MakeRanks(const std::vector<SortKey>& keys)
+Ranks MakeRanks(std::vector<SortKey> keys)
 {
     Ranks ranks = PlacesOf(keys.front());
     for (std::size_t k = 1; k < keys.size(); ++k) {

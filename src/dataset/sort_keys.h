@@ -50,6 +50,8 @@ public:
     static constexpr std::uint32_t kAbsent = 0x10000;
     // A number that grows with the value, among values of one kind.
     std::uint64_t CodeOf(std::uint32_t row) const noexcept { return codes_[row]; }
+    // All of them; the key is of no use any more.
+    std::vector<std::uint64_t> TakeCodes() noexcept { return std::move(codes_); }
     std::uint64_t LowestCode() const noexcept { return lowest_; }
     // Below the lowest when no row has a value.
     std::uint64_t HighestCode() const noexcept { return highest_; }
@@ -119,7 +121,7 @@ private:
     std::vector<std::uint32_t> kinds_; // of each row, once rows differ
     FewTexts few_;
     std::vector<std::u16string_view> texts_; // when they are not few
-    std::vector<const Zn_Variant*> values_; // of bytes and of what has no code
+    std::vector<const Zn_Variant*> values_;  // of bytes and of what has no code
     std::uint64_t lowest_ = UINT64_MAX;
     std::uint64_t highest_ = 0;
     bool hasAbsent_ = false;
@@ -129,7 +131,7 @@ private:
 };
 
 // Numbers that order the rows as the keys do, all of which must be orders.
-Ranks MakeRanks(const std::vector<SortKey>& keys);
+Ranks MakeRanks(std::vector<SortKey> keys);
 
 // Rows under sort that are compared key by key.
 class KeyedRows {

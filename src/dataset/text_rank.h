@@ -1,7 +1,8 @@
 // Ranks of texts: equal texts get equal numbers, and the numbers grow as the texts do, unit by unit.
 //
-// Few different texts are numbered as they come in (FewTexts). Of many (TextRanker), up to eight units at a time stand beside the row numbers,
-// so that the texts themselves are read once per eight units and the sorting touches nothing else.
+// Few different texts are numbered as they come in (FewTexts). Of many (TextRanker), up to eight units at a time stand
+// beside the row numbers, so that the texts themselves are read once per eight units and the sorting touches nothing
+// else.
 #pragma once
 
 #include "dataset/text_match.h"

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 #include <vector>
 
 namespace {
@@ -373,4 +374,82 @@ TEST(DatasetView, SummariesOfStoredRows)
     EXPECT_EQ(out.ToInteger(), 1);
     EXPECT_EQ(table.GetAvgNF(u"v", 0, 99), 2.5);
     EXPECT_EQ(table.GetAvgNF(u"v", 4, 4), 0);
+}
+
+TEST(DatasetView, SummariesInOneWalkAreThoseOfTheSingleOperations)
+{
+    Zn_Dataset table = Lettered("xxxyyzzz", "aabbaabb");
+    table.AddColumn(u"mixed", Zn_ColInfo::Decimal);
+    table.AddConstColumn(Zn_WString(u"rate"), Zn_Variant(1.5));
+    const Zn_Variant mixed[] = {Zn_Variant(2.5), Zn_Variant(),     Zn_Variant(u"3.7"),       Zn_Variant(-1.0),
+                                Zn_Variant(7),   Zn_Variant(-0.5), Zn_Variant(std::nan("")), Zn_Variant(2.5)};
+    for (int i = 0; i < 8; ++i)
+        const_cast<Zn_Record&>(table[i]).SetColumn(table.GetColIndex(u"mixed"), &mixed[i]);
+    table.Filter(5);
+    table.SetGroupStr(u"g");
+    const auto shown = [](const Zn_Variant& value) {
+        return Zn_WString(value.GetTypeString()).ToUtf8() + " " + value.ToString().ToUtf8();
+    };
+    for (const char16_t* id : {u"v", u"mixed", u"name", u"rate", u"none"}) {
+        for (int from = -1; from < 12; ++from) {
+            for (int to = from - 1; to < 13; ++to) {
+                const std::string where =
+                    Zn_WString(id).ToUtf8() + " " + std::to_string(from) + " to " + std::to_string(to);
+                Zn_Variant sum, least, most, sumNF, leastNF, mostNF;
+                table.GetSum(id, from, to, sum);
+                table.GetMin(id, from, to, least);
+                table.GetMax(id, from, to, most);
+                const Zn_ColSummary all = table.Summarize(id, from, to);
+                EXPECT_EQ(all.count, table.GetCount(from, to)) << where;
+                EXPECT_EQ(shown(all.sum), shown(sum)) << where;
+                EXPECT_EQ(shown(all.least), shown(least)) << where;
+                EXPECT_EQ(shown(all.most), shown(most)) << where;
+                EXPECT_EQ(shown(Zn_Variant(all.average)), shown(Zn_Variant(table.GetAvg(id, from, to)))) << where;
+                table.GetSumNF(id, from, to, sumNF);
+                table.GetMinNF(id, from, to, leastNF);
+                table.GetMaxNF(id, from, to, mostNF);
+                const Zn_ColSummary stored = table.SummarizeNF(id, from, to);
+                EXPECT_EQ(shown(stored.sum), shown(sumNF)) << where;
+                EXPECT_EQ(shown(stored.least) + shown(stored.most), shown(leastNF) + shown(mostNF)) << where;
+                EXPECT_EQ(shown(Zn_Variant(stored.average)), shown(Zn_Variant(table.GetAvgNF(id, from, to)))) << where;
+            }
+        }
+    }
+}
+
+// The walk goes through rows in batches, and what it fetches ahead may be of any form.
+TEST(DatasetView, WalksOverRowsOfAllForms)
+{
+    for (const int rows : {1, 31, 32, 33, 127, 128, 129, 4095, 4096, 4097, 9000}) {
+        Zn_Dataset table(u"t", 65001);
+        table.AddColumn(u"g", Zn_ColInfo::Int);
+        table.AddColumn(u"text", Zn_ColInfo::String);
+        table.AddColumn(u"v", Zn_ColInfo::Int);
+        int sum = 0, even = 0, shared = 0;
+        const Zn_Variant one(1);
+        for (int i = 0; i < rows; ++i) {
+            const int row = table.AppendRow(0);
+            table.SetColumn(row, u"g", i / 100);
+            if (i % 7 != 0)
+                table.SetColumn(row, u"text", i % 2 ? u"odd" : u"even");
+            even += i % 7 != 0 && i % 2 == 0;
+            if (i % 5 == 0) // no strip any more
+                table.SetColumnLink(row, u"v", &one), ++shared;
+            else if (i % 3 != 0)
+                table.SetColumn(row, u"v", i), sum += i;
+        }
+        const Zn_ColSummary all = table.Summarize(u"v", 0, rows);
+        EXPECT_EQ(all.sum.ToInteger(), sum + shared) << rows;
+        EXPECT_EQ(all.count, rows);
+        table.SetGroupStr(u"g");
+        EXPECT_EQ(table.GetRowCount(), rows + (rows + 99) / 100) << rows;
+        for (int row = 0, start = 0; row < table.GetRowCount(); ++row) {
+            if (table.GetRowLevel(row) == 0)
+                continue;
+            EXPECT_EQ(table.GetRowIndex(row), start) << rows;
+            EXPECT_EQ(table.Summarize(u"g", start, row).average, start / 101) << rows;
+            start = row + 1;
+        }
+        EXPECT_EQ(table.ShowOnly(u"text", u"even"), even) << rows;
+    }
 }
