@@ -12,7 +12,7 @@ namespace zn {
 
 inline bool SameText(std::u16string_view a, std::u16string_view b) noexcept
 {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0;
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
 
 // Texts that share their body are told by that.
