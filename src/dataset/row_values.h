@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    static constexpr int kBeforeText = 6; // what stands in front of a text, its length among it, in characters
+    static constexpr std::size_t kBeforeText = 6; // characters' room in front of a text, where its length stands
     static constexpr int kBatch = 32;
     static constexpr unsigned kRing = 4 * kBatch;
 

@@ -136,7 +136,7 @@ void SortKey::KeepTexts(std::uint32_t end)
     texts_.resize(Count());
     for (std::uint32_t row = 0; row < end; ++row) {
         if (KindOf(row) == Zn_Variant::String)
-            texts_[row] = few_.TextOf(codes_[row]);
+            texts_[row] = few_.TextOf(static_cast<std::size_t>(codes_[row]));
     }
 }
 
@@ -155,7 +155,7 @@ void SortKey::RankTexts()
         if (KindOf(row) != Zn_Variant::String)
             continue;
         if (texts_.empty())
-            codes_[row] = ranks[codes_[row]];
+            codes_[row] = ranks[static_cast<std::size_t>(codes_[row])];
         else
             rows.push_back(row);
     }

@@ -30,7 +30,8 @@ inline void Prefetch(const void* address, std::size_t size) noexcept
 template <class T>
 void PrefetchAll(const T* thing) noexcept
 {
-    Prefetch(thing, sizeof(T));
+    if (thing)
+        Prefetch(thing, sizeof(T));
 }
 
 } // namespace zn
