@@ -1,13 +1,10 @@
 // Reading HTML into a tree, against other readers: a generated page of unclosed elements, mixed quoting, entities and
-// script, and real pages: the files that ZN_HTML_PAGES names (separated by ":"), else all those of /usr/share/doc.
+// script, and real pages (see real_pages.h).
 #include "pairs.h"
 
 #include "Zn_HtmlDOM.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include "markup/real_pages.h"
 
 #ifdef ZN_WITH_LIBXML2
 #    include <libxml/HTMLparser.h>
@@ -61,22 +58,17 @@ void ReadGumbo(const std::string& page)
 }
 #endif
 
-struct Page {
-    std::string name;
-    std::string text;
-};
-
 // Each run reads all the pages, one after the other.
-void AddPages(Pairs& pairs, const std::string& name, const std::vector<Page>& pages)
+void AddPages(Pairs& pairs, const std::string& name, const std::vector<RealPage>& pages)
 {
     const auto each = [&pages](void (*read)(const std::string&)) {
         return [&pages, read] {
-            for (const Page& page : pages)
+            for (const RealPage& page : pages)
                 read(page.text);
         };
     };
     Pairs::Work work;
-    for (const Page& page : pages)
+    for (const RealPage& page : pages)
         work.bytes += static_cast<double>(page.text.size());
     const std::string label = name + ", " + std::to_string(static_cast<int>(work.bytes / 1e3 + 0.5)) + " KB";
 #ifdef ZN_WITH_LIBXML2
@@ -90,51 +82,14 @@ void AddPages(Pairs& pairs, const std::string& name, const std::vector<Page>& pa
 #endif
 }
 
-std::vector<std::filesystem::path> FindPages()
-{
-    std::vector<std::filesystem::path> paths;
-    if (const char* files = std::getenv("ZN_HTML_PAGES")) {
-        std::istringstream names(files);
-        for (std::string name; std::getline(names, name, ':');)
-            paths.emplace_back(name);
-        return paths;
-    }
-    namespace fs = std::filesystem;
-    std::error_code error;
-    fs::recursive_directory_iterator folder("/usr/share/doc", fs::directory_options::skip_permission_denied, error);
-    for (; !error && folder != fs::recursive_directory_iterator(); folder.increment(error)) {
-        const fs::path& path = folder->path();
-        if ((path.extension() == ".html" || path.extension() == ".htm") && !folder->is_symlink() &&
-            folder->is_regular_file())
-            paths.push_back(path);
-    }
-    return paths;
-}
-
-// The largest first.
-std::vector<Page> RealPages()
-{
-    std::vector<Page> pages;
-    for (const std::filesystem::path& path : FindPages()) {
-        std::ifstream file(path, std::ios::binary);
-        std::ostringstream content;
-        content << file.rdbuf();
-        if (!content.str().empty())
-            pages.push_back({path.filename().string(), content.str()});
-    }
-    std::stable_sort(pages.begin(), pages.end(),
-                     [](const Page& a, const Page& b) { return a.text.size() > b.text.size(); });
-    return pages;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const std::vector<Page> generated = {{"", GeneratedPage()}};
-    const std::vector<Page> real = RealPages();
+    const std::vector<RealPage> generated = {{"", GeneratedPage()}};
+    const std::vector<RealPage> real = ReadRealPages();
     const std::size_t largest = std::min<std::size_t>(real.size(), 3);
-    std::vector<std::vector<Page>> single;
+    std::vector<std::vector<RealPage>> single;
     for (std::size_t i = 0; i < largest; ++i)
         single.push_back({real[i]});
     Pairs pairs;
@@ -143,7 +98,7 @@ int main(int argc, char** argv)
         std::printf("No real pages: none in /usr/share/doc, and ZN_HTML_PAGES names none.\n");
     else
         AddPages(pairs, std::to_string(real.size()) + " real pages", real);
-    for (const std::vector<Page>& page : single)
+    for (const std::vector<RealPage>& page : single)
         AddPages(pairs, page.front().name, page);
     return pairs.Run(argc, argv);
 }

@@ -1,6 +1,7 @@
 #include "Zn_HtmlDOM.h"
 
 #include "Zn_CodePage.h"
+#include "describe_tree.h"
 #include "html_oracle.h"
 
 #include <gtest/gtest.h>
@@ -21,27 +22,6 @@ bool LongTests()
 int LoadPage(Zn_HtmlDOM& page, View text)
 {
     return page.Load(text.data(), static_cast<int>(text.size()));
-}
-
-// The tree as text: kind, tag, attributes, text, children. Parents and indexes must be right.
-std::string Describe(const Zn_DOMElemList& list, const Zn_DOMElement* parent) // NOLINT(misc-no-recursion)
-{
-    std::string all;
-    for (int i = 0; i < list.Count(); ++i) {
-        const Zn_DOMElement& node = list[i];
-        all += (i > 0 ? " " : "") + std::to_string(node.kind) + node.tag.ToUtf8();
-        for (const Zn_NamedStr& attribute : node.attributes)
-            all += "[" + attribute.Id().ToUtf8() + "=" + attribute.Str().ToUtf8() + "]";
-        if (!node.rawAttributes.IsEmpty())
-            all += "{" + node.rawAttributes.ToUtf8() + "}";
-        if (!node.text.IsEmpty())
-            all += "'" + node.text.ToUtf8() + "'";
-        if (node.IsHaveChild())
-            all += "(" + Describe(node.children, &node) + ")";
-        EXPECT_EQ(node.GetParentIndex(), i);
-        EXPECT_EQ(node.GetParent(), parent);
-    }
-    return all;
 }
 
 TEST(HtmlDOM, EndsOfElements)
@@ -74,7 +54,7 @@ TEST(HtmlDOM, EndsOfElements)
     for (const auto& row : rows) {
         Zn_HtmlDOM page;
         EXPECT_EQ(LoadPage(page, row.text), 1);
-        EXPECT_EQ(Describe(page, nullptr), row.tree) << Zn_WString(row.text).ToUtf8();
+        EXPECT_EQ(DescribeTree(page), row.tree) << Zn_WString(row.text).ToUtf8();
     }
 }
 
@@ -102,11 +82,11 @@ TEST(HtmlDOM, TagsAndText)
     for (const auto& row : rows) {
         Zn_HtmlDOM page(1, 1, row.keepText);
         EXPECT_EQ(LoadPage(page, row.text), row.result);
-        EXPECT_EQ(Describe(page, nullptr), row.tree) << Zn_WString(row.text).ToUtf8();
+        EXPECT_EQ(DescribeTree(page), row.tree) << Zn_WString(row.text).ToUtf8();
     }
     Zn_HtmlDOM raw(0, 0, 1);
     EXPECT_EQ(LoadPage(raw, u"<b x=1>y<i></b>"), 1);
-    EXPECT_EQ(Describe(raw, nullptr), "48b{x=1}'y<i>'");
+    EXPECT_EQ(DescribeTree(raw), "48b{x=1}'y<i>'");
     Zn_WString saved;
     raw.Save(saved, 0, 0, 0);
     EXPECT_EQ(saved.ToUtf8(), "<b x=1>y<i></b>");
@@ -148,7 +128,7 @@ TEST(HtmlDOM, RandomPagesAsTheLiteralReader)
         Zn_DOMElemList expected(page.GetCodePage());
         const int result = HtmlOracle(content, attributes, keep).Load(expected, text, nullptr);
         ASSERT_EQ(LoadPage(page, text), result) << Zn_WString(text).ToUtf8();
-        ASSERT_EQ(Describe(page, nullptr), Describe(expected, nullptr)) << Zn_WString(text).ToUtf8();
+        ASSERT_EQ(DescribeTree(page), DescribeTree(expected)) << Zn_WString(text).ToUtf8();
         Zn_WString saved;
         Zn_WString wanted;
         page.Save(saved, 0, 0, 0);
@@ -236,10 +216,9 @@ TEST(HtmlDOM, SetCharSet)
     Zn_HtmlDOM page;
     LoadPage(page, u"<head></head><HEAD><meta http-equiv=content-TYPE content=x></HEAD>");
     EXPECT_EQ(page.SetCharSet(949, 0), 1);
-    EXPECT_EQ(Describe(page, nullptr),
-              "48head 48HEAD(32meta[http-equiv=content-TYPE][content=text/html; charset=euc-kr])");
+    EXPECT_EQ(DescribeTree(page), "48head 48HEAD(32meta[http-equiv=content-TYPE][content=text/html; charset=euc-kr])");
     EXPECT_EQ(page.SetCharSet(1252, 1), 1);
-    EXPECT_EQ(Describe(page[0].children, &page[0]),
+    EXPECT_EQ(DescribeTree(page[0].children, &page[0]),
               "32META[HTTP-EQUIV=Content-type][CONTENT=text/html; charset=windows-1252]");
     Zn_HtmlDOM other;
     LoadPage(other, u"<head>");

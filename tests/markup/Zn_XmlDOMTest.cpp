@@ -1,6 +1,7 @@
 #include "Zn_XmlDOM.h"
 
 #include "Zn_CodePage.h"
+#include "describe_tree.h"
 
 #include <gtest/gtest.h>
 
@@ -8,27 +9,6 @@
 #include <sstream>
 
 namespace {
-
-// The tree as text: kind, tag, attributes, text, children.
-std::string Describe(const Zn_DOMElemList& list) // NOLINT(misc-no-recursion): of small trees
-{
-    std::string all;
-    for (int i = 0; i < list.Count(); ++i) {
-        const Zn_DOMElement& node = list[i];
-        all += (i > 0 ? " " : "") + std::to_string(node.kind) + node.tag.ToUtf8();
-        for (const Zn_NamedStr& attribute : node.attributes)
-            all += "[" + attribute.Id().ToUtf8() + "=" + attribute.Str().ToUtf8() + "]";
-        if (!node.rawAttributes.IsEmpty())
-            all += "[" + node.rawAttributes.ToUtf8() + "]";
-        if (!node.text.IsEmpty())
-            all += "'" + node.text.ToUtf8() + "'";
-        if (node.IsHaveChild())
-            all += "(" + Describe(node.children) + ")";
-        EXPECT_EQ(node.GetParentIndex(), i);
-        EXPECT_EQ(node.GetParent(), nullptr);
-    }
-    return all;
-}
 
 TEST(XmlDOM, BuildsTheTree)
 {
@@ -42,7 +22,7 @@ TEST(XmlDOM, BuildsTheTree)
         {u"<a> <b/> </a>", 0, 1, "48a(49b)"},
         {u"<a> <b/> </a>", 1, 1, "48a(1' ' 49b 1' ')"},
         {u"<a> x &lt;&#65; </a>", 0, 1, "48a(0'x <A')"},
-        {u"<?xml version='1.0'?><!DOCTYPE d [e]><a x=\"1\"/>", 0, 1, "16xml[version=1.0] 17DOCTYPE[d [e]] 49a[x=1]"},
+        {u"<?xml version='1.0'?><!DOCTYPE d [e]><a x=\"1\"/>", 0, 1, "16xml[version=1.0] 17DOCTYPE{d [e]} 49a[x=1]"},
         {u"<!DOCTYPE]><![CDATA[]]><![CDATA[<&amp;]]>", 0, 1, "18'<&amp;'"},
         {u"<a><!-- c --></a><!---->", 0, 1, "48a"},
         {u"<a><!-- c --></a><!---->", 1, 1, "48a(153' c ')"},
@@ -54,7 +34,7 @@ TEST(XmlDOM, BuildsTheTree)
     for (const auto& row : rows) {
         Zn_XmlDOM doc(1, 1, row.keepText);
         EXPECT_EQ(doc.Load(row.text.data(), static_cast<int>(row.text.size())), row.result);
-        EXPECT_EQ(Describe(doc), row.tree) << Zn_WString(row.text).ToUtf8();
+        EXPECT_EQ(DescribeTree(doc, nullptr, false), row.tree) << Zn_WString(row.text).ToUtf8();
     }
 }
 
@@ -63,7 +43,7 @@ TEST(XmlDOM, LoadAppends)
     Zn_XmlDOM doc;
     EXPECT_EQ(doc.Load(u"<a><b/></a>", -1), 1);
     EXPECT_EQ(doc.Load(u"<a><b/></a>", -1), 1);
-    EXPECT_EQ(Describe(doc), "48a(49b) 48a(49b)");
+    EXPECT_EQ(DescribeTree(doc, nullptr, false), "48a(49b) 48a(49b)");
     EXPECT_EQ(doc.Load(static_cast<const char16_t*>(nullptr), 3), 1);
     EXPECT_EQ(doc.Load(static_cast<const char*>(nullptr), 3, 0), 1);
     EXPECT_EQ(doc.Count(), 2);
