@@ -7,33 +7,34 @@
 #include <cstddef>
 #include <cstdint>
 #include <utility>
-#include <vector>
 
 namespace zn {
 
 // Items have a number `key` and are ordered by < , which agrees with it: a smaller key comes first. The upper 33 bits
 // in which keys differ are sorted by digits; what these leave equal is compared.
-template <class Item>
+template <class Items>
 class RadixSort {
 public:
-    // The spare items are memory that one sort leaves to the next.
-    RadixSort(std::vector<Item>& items, std::vector<Item>& spare) : items_(items), spare_(spare) {}
+    // Items is a vector; the spare one becomes as long as the other.
+    RadixSort(Items& items, Items& spare) : items_(items), spare_(spare) {}
 
     void Run()
     {
+        spare_.resize(items_.size());
         if (items_.size() < kWorthIt)
             return std::sort(items_.begin(), items_.end());
         FindBits();
         const int passes = (bits_ + kMostDigit - 1) / kMostDigit;
         digit_ = passes > 0 ? (bits_ + passes - 1) / passes : 0;
         CountDigits(passes);
-        spare_.resize(items_.size());
         for (int pass = 0; pass < passes; ++pass)
             MoveByDigit(pass);
         SortWithinRuns();
     }
 
 private:
+    using Item = typename Items::value_type;
+
     static constexpr int kMostDigit = 11;
     static constexpr int kMostPasses = 3;
     static constexpr std::size_t kWorthIt = 1024;
@@ -82,8 +83,8 @@ private:
         }
     }
 
-    std::vector<Item>& items_;
-    std::vector<Item>& spare_;
+    Items& items_;
+    Items& spare_;
     int bits_ = 0;
     int shift_ = 0;
     int digit_ = 0;

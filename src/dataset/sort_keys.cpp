@@ -84,7 +84,11 @@ void SortKey::SetAny(std::uint32_t row, const Zn_Variant* value)
     const std::uint32_t kind = !value ? kAbsent : zn::IsAbsent(*value) ? std::uint32_t{Zn_Variant::Empty} : value->type;
     if (kind != kind_ || !kinds_.empty())
         SetKind(row, kind);
-    if (value)
+    if (!value)
+        codes_[row] = 0;
+    else if (value->type == Zn_Variant::String)
+        SetText(row, value->GetConstStr()->GetView());
+    else
         Note(row, ReadCode(row, *value));
 }
 
@@ -106,7 +110,7 @@ void SortKey::SetKind(std::uint32_t row, std::uint32_t kind)
         isMixed_ = isMixed_ || kind != kind_;
 }
 
-// The code of a value; texts and bytes get theirs when all are known.
+// The code of a value that is no text; bytes get theirs when all are known.
 std::uint64_t SortKey::ReadCode(std::uint32_t row, const Zn_Variant& value)
 {
     switch (value.type) {
@@ -116,9 +120,6 @@ std::uint64_t SortKey::ReadCode(std::uint32_t row, const Zn_Variant& value)
         return CodeOfDecimal(value.ToDouble());
     case Zn_Variant::Currency:
         return CodeOfAmount(*value.GetConstCurrency());
-    case Zn_Variant::String:
-        SetText(row, value.GetConstStr()->GetView());
-        return codes_[row];
     case Zn_Variant::Binary:
     case Zn_Variant::Date:
     case Zn_Variant::Object:
@@ -292,7 +293,7 @@ Ranks PlacesOf(SortKey& key)
     Ranks places;
     const std::uint64_t lowest = key.LowestCode(), first = key.HasAbsent() ? 1 : 0;
     if (key.HighestCode() < lowest) { // all are absent
-        places.of.resize(key.Count());
+        places.of.assign(key.Count(), 0);
         return places;
     }
     places.most = key.HighestCode() - lowest + first;

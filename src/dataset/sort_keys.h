@@ -51,7 +51,7 @@ public:
     // A number that grows with the value, among values of one kind.
     std::uint64_t CodeOf(std::uint32_t row) const noexcept { return codes_[row]; }
     // All of them; the key is of no use any more.
-    std::vector<std::uint64_t> TakeCodes() noexcept { return std::move(codes_); }
+    UnfilledVector<std::uint64_t> TakeCodes() noexcept { return std::move(codes_); }
     std::uint64_t LowestCode() const noexcept { return lowest_; }
     // Below the lowest when no row has a value.
     std::uint64_t HighestCode() const noexcept { return highest_; }
@@ -116,7 +116,7 @@ private:
     void RankBytes();
     int CompareValues(std::uint32_t a, std::uint32_t b) const;
 
-    std::vector<std::uint64_t> codes_;
+    UnfilledVector<std::uint64_t> codes_;
     std::uint32_t kind_ = kNone;       // of the values so far
     std::vector<std::uint32_t> kinds_; // of each row, once rows differ
     FewTexts few_;

@@ -8,22 +8,22 @@
 namespace zn {
 namespace {
 
-template <class Key>
-struct Keyed {
-    Key key;
+struct LongItem {
+    std::uint64_t key;
     std::uint32_t row;
-    bool operator<(const Keyed& other) const noexcept { return key < other.key; }
+    bool operator<(const LongItem& other) const noexcept { return key < other.key; }
 };
 
-// The rows with their numbers, in order.
-template <class Key>
-std::vector<Keyed<Key>> Sorted(const std::vector<std::uint64_t>& numbers)
+// Puts the rows with their numbers into items, in order; the spare ones become as many.
+template <class Items>
+void SortInto(Items& items, Items& spare, const UnfilledVector<std::uint64_t>& numbers)
 {
-    std::vector<Keyed<Key>> items(numbers.size()), spare;
-    for (std::size_t row = 0; row < numbers.size(); ++row)
-        items[row] = {static_cast<Key>(numbers[row]), static_cast<std::uint32_t>(row)};
+    items.resize(numbers.size());
+    for (std::size_t row = 0; row < numbers.size(); ++row) {
+        items[row].key = static_cast<decltype(items[row].key)>(numbers[row]);
+        items[row].row = static_cast<std::uint32_t>(row);
+    }
     RadixSort(items, spare).Run();
-    return items;
 }
 
 // Numbers that are few enough to be counted one by one.
@@ -90,7 +90,8 @@ void Ranks::Condense()
         most = rank - 1;
         return;
     }
-    const auto sorted = Sorted<std::uint64_t>(of);
+    UnfilledVector<LongItem> sorted, spare;
+    SortInto(sorted, spare, of);
     for (std::size_t i = 0; i < sorted.size(); ++i) {
         rank += i > 0 && sorted[i].key != sorted[i - 1].key;
         of[sorted[i].row] = rank;
@@ -98,18 +99,17 @@ void Ranks::Condense()
     most = rank;
 }
 
-RankedRows::RankedRows(const Ranks& ranks) : items_(ranks.of.size()), equal_(ranks.of.size() / 64 + 1)
+RankedRows::RankedRows(const Ranks& ranks) : equal_(ranks.of.size() / 64 + 1)
 {
     if (AreCountable(ranks))
         RankByCounting(ranks);
-    else if (ranks.most <= UINT32_MAX)
-        RankBySorting<std::uint32_t>(ranks);
     else
-        RankBySorting<std::uint64_t>(ranks);
+        RankBySorting(ranks);
 }
 
 void RankedRows::RankByCounting(const Ranks& ranks)
 {
+    items_.resize(ranks.of.size());
     const std::vector<std::uint32_t> starts = StartsOf(ranks);
     for (std::size_t k = 0; k + 1 < starts.size(); ++k)
         MarkEqual(starts[k], starts[k + 1]);
@@ -120,10 +120,22 @@ void RankedRows::RankByCounting(const Ranks& ranks)
     }
 }
 
-template <class Key>
 void RankedRows::RankBySorting(const Ranks& ranks)
 {
-    const auto sorted = Sorted<Key>(ranks.of);
+    if (ranks.most <= UINT32_MAX) {
+        SortInto(moved_, items_, ranks.of);
+        RankSorted(moved_);
+    } else {
+        UnfilledVector<LongItem> sorted, spare;
+        SortInto(sorted, spare, ranks.of);
+        items_.resize(sorted.size());
+        RankSorted(sorted);
+    }
+}
+
+template <class Items>
+void RankedRows::RankSorted(const Items& sorted)
+{
     for (std::size_t first = 0; first < sorted.size();) {
         std::size_t end = first + 1;
         while (end < sorted.size() && sorted[end].key == sorted[first].key)
@@ -185,14 +197,14 @@ bool RankedRows::Finish(int low, int high)
         moved_.assign(first, first + (high - low + 1));
         // Rows of one rank may be on both sides of a segment's end.
         for (const Item& item : moved_)
-            At(std::max(static_cast<int>(item.rank), low)) = item;
+            At(std::max(static_cast<int>(item.key), low)) = item;
         return true;
     }
     if (equal == high - low - 1) {
         int other = low + 1;
-        while (At(other).rank == At(low).rank)
+        while (At(other).key == At(low).key)
             ++other;
-        const Pivot lower = std::min(At(low).rank, At(other).rank);
+        const Pivot lower = std::min(At(low).key, At(other).key);
         int i = low, j = high;
         ExchangeRows(lower, lower + 1, low, high, i, j);
         return true;
@@ -254,7 +266,7 @@ RankedRows::Summary RankedRows::SummaryOf(int first, int end) const noexcept
 {
     Summary summary;
     for (int i = first; i < end; ++i)
-        summary = Join(summary, {At(i).rank, At(i).rank});
+        summary = Join(summary, {At(i).key, At(i).key});
     return summary;
 }
 

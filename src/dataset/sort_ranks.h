@@ -5,6 +5,8 @@
 // as it has equal rows and others.
 #pragma once
 
+#include "dataset/unfilled.h"
+
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -13,7 +15,7 @@ namespace zn {
 
 // A number per row that orders the rows, and the largest that there may be.
 struct Ranks {
-    std::vector<std::uint64_t> of;
+    UnfilledVector<std::uint64_t> of;
     std::uint64_t most = 0;
 
     // Makes the numbers those of a row's place among the different ones: 0, 1, 2 ...
@@ -23,8 +25,9 @@ struct Ranks {
 class RankedRows {
 public:
     struct Item {
-        std::uint32_t rank;
+        std::uint32_t key; // the rank, once it is known
         std::uint32_t row;
+        bool operator<(const Item& other) const noexcept { return key < other.key; }
     };
     using Pivot = std::uint32_t;
     struct Summary {
@@ -41,9 +44,9 @@ public:
     // The rows' numbers as they stand.
     std::vector<std::int32_t> Order() const;
 
-    Pivot PivotAt(int i) const noexcept { return At(i).rank; }
-    bool IsAfter(Pivot pivot, int i) const noexcept { return At(i).rank > pivot; }
-    bool IsBefore(Pivot pivot, int i) const noexcept { return At(i).rank < pivot; }
+    Pivot PivotAt(int i) const noexcept { return At(i).key; }
+    bool IsAfter(Pivot pivot, int i) const noexcept { return At(i).key > pivot; }
+    bool IsBefore(Pivot pivot, int i) const noexcept { return At(i).key < pivot; }
     void Exchange(int i, int j) noexcept { std::swap(At(i), At(j)); }
     bool Finish(int low, int high);
     void ExchangeAround(Pivot pivot, int low, int high, int& i, int& j) { ExchangeRows(pivot, pivot, low, high, i, j); }
@@ -59,8 +62,9 @@ private:
     Item& At(int i) noexcept { return items_[static_cast<std::size_t>(i)]; }
     const Item& At(int i) const noexcept { return items_[static_cast<std::size_t>(i)]; }
     void RankByCounting(const Ranks& ranks);
-    template <class Keyed>
     void RankBySorting(const Ranks& ranks);
+    template <class Items>
+    void RankSorted(const Items& sorted);
     void MarkEqual(std::size_t first, std::size_t end);
     void CountEqual();
     void ExchangeRows(Pivot notAfter, Pivot notBefore, int low, int high, int& i, int& j);
@@ -72,8 +76,8 @@ private:
         std::uint32_t before = 0; // how many there are before these
     };
 
-    std::vector<Item> items_;
-    std::vector<Item> moved_;
+    UnfilledVector<Item> items_;
+    UnfilledVector<Item> moved_; // items of a segment that is finished
     std::vector<EqualPlaces> equal_;
     bool hasEqual_ = false;
 };

@@ -103,7 +103,7 @@ std::optional<ViewedRows> ViewedRows::Make(const std::vector<SortKey>& keys)
 }
 
 ViewedRows::ViewedRows(std::uint32_t rows)
-    : rows_(rows), pivots_(rows), views_{Ranks{std::vector<std::uint64_t>(rows), 0}}
+    : rows_(rows), pivots_(rows), views_{Ranks{UnfilledVector<std::uint64_t>(rows, 0), 0}}
 {
     std::iota(rows_.begin(), rows_.end(), 0u);
 }

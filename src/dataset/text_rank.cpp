@@ -28,7 +28,7 @@ std::vector<std::uint64_t> FewTexts::Ranks() const
     return ranks;
 }
 
-std::uint64_t TextRanker::Rank(std::vector<std::uint64_t>& ranks)
+std::uint64_t TextRanker::Rank(UnfilledVector<std::uint64_t>& ranks)
 {
     std::uint64_t rank = 0;
     items_.resize(rows_.size());

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "dataset/text_match.h"
+#include "dataset/unfilled.h"
 
 #include <bit>
 #include <cstdint>
@@ -66,7 +67,7 @@ public:
     }
 
     // Stores each row's rank in its place; returns the largest.
-    std::uint64_t Rank(std::vector<std::uint64_t>& ranks);
+    std::uint64_t Rank(UnfilledVector<std::uint64_t>& ranks);
 
 private:
     struct Item {
