@@ -9,6 +9,7 @@
 #include "dataset/sort_partition.h"
 #include "dataset/sort_ranks.h"
 #include "dataset/sort_views.h"
+#include "foundation/unfilled.h"
 #include "foundation/vector_list.h"
 
 #include <algorithm>
@@ -36,7 +37,7 @@ int DirectionOf(char16_t letter, int otherwise)
     }
 }
 
-using Order = std::vector<std::int32_t>;
+using Order = zn::UnfilledVector<std::int32_t>;
 
 // The numbers of rows in the order that their ranks give them; none when they stand so already.
 Order OrderOf(const zn::Ranks& ranks)

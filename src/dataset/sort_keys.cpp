@@ -151,6 +151,7 @@ void SortKey::Finish()
 void SortKey::RankTexts()
 {
     std::vector<std::uint32_t> rows;
+    rows.reserve(texts_.size());
     const std::vector<std::uint64_t> ranks = few_.Ranks();
     for (std::uint32_t row = 0; row < Count() && !ranks.empty(); ++row) {
         if (KindOf(row) != Zn_Variant::String)

@@ -168,9 +168,9 @@ void RankedRows::CountEqual()
     hasEqual_ = before > 0;
 }
 
-std::vector<std::int32_t> RankedRows::Order() const
+UnfilledVector<std::int32_t> RankedRows::Order() const
 {
-    std::vector<std::int32_t> order(items_.size());
+    UnfilledVector<std::int32_t> order(items_.size());
     std::transform(items_.begin(), items_.end(), order.begin(),
                    [](const Item& item) { return static_cast<std::int32_t>(item.row); });
     return order;

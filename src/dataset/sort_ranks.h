@@ -5,7 +5,7 @@
 // as it has equal rows and others.
 #pragma once
 
-#include "dataset/unfilled.h"
+#include "foundation/unfilled.h"
 
 #include <cstdint>
 #include <utility>
@@ -42,7 +42,7 @@ public:
     // Whether any rows are equal; without, all are sorted already.
     bool HasEqual() const noexcept { return hasEqual_; }
     // The rows' numbers as they stand.
-    std::vector<std::int32_t> Order() const;
+    UnfilledVector<std::int32_t> Order() const;
 
     Pivot PivotAt(int i) const noexcept { return At(i).key; }
     bool IsAfter(Pivot pivot, int i) const noexcept { return At(i).key > pivot; }

@@ -78,7 +78,7 @@ void TextRanker::SortRun(const Run& run)
     const std::size_t units = ReadHeads<8>(run) ? 8 : 4;
     if (units == 4)
         ReadHeads<4>(run);
-    std::vector<Item> spare;
+    UnfilledVector<Item> spare;
     const auto begin = items_.begin() + static_cast<std::ptrdiff_t>(run.first);
     const auto end = items_.begin() + static_cast<std::ptrdiff_t>(run.end);
     if (!std::is_sorted(begin, end)) {

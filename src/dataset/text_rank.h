@@ -6,7 +6,7 @@
 #pragma once
 
 #include "dataset/text_match.h"
-#include "dataset/unfilled.h"
+#include "foundation/unfilled.h"
 
 #include <bit>
 #include <cstdint>
@@ -71,9 +71,9 @@ public:
 
 private:
     struct Item {
-        std::uint64_t key = 0; // the units from the depth in work on
-        std::uint32_t row = 0;
-        std::uint32_t units = 0; // how many of them there are in the key
+        std::uint64_t key; // the units from the depth in work on
+        std::uint32_t row;
+        std::uint32_t units; // how many of them there are in the key
         bool operator==(const Item& other) const noexcept { return key == other.key && units == other.units; }
         bool operator<(const Item& other) const noexcept
         {
@@ -91,7 +91,7 @@ private:
 
     const std::vector<std::u16string_view>& texts_;
     const std::vector<std::uint32_t>& rows_;
-    std::vector<Item> items_;
+    UnfilledVector<Item> items_;
     std::vector<bool> isFirst_; // of equal items
     std::vector<Run> waiting_;
 };

@@ -1,5 +1,6 @@
 #include "Zn_ObjList.h"
 
+#include "foundation/unfilled.h"
 #include "foundation/vector_list.h"
 
 #include <algorithm>
@@ -338,7 +339,7 @@ int Zn_ObjList::ArrangeItems(int start, std::span<const std::int32_t> order) noe
         return 0;
     const int end = start + static_cast<int>(order.size());
     return zn::Guarded([&] {
-        std::vector<void*> items;
+        zn::UnfilledVector<void*> items;
         items.reserve(order.size());
         for (int i = start; i < end; i = start + static_cast<int>(items.size())) {
             const std::span<void*> run = places_.Run(i);
