@@ -6,9 +6,9 @@
 // both meet; then the pivot changes places with the row on the right side's end and both parts are sorted the same way.
 //
 // Done literally that is quadratic on rows that are sorted, reversed or of few keys. Here the same exchanges are made
-// in the same order, but after an uneven partition the two places are looked up in a tree of summaries (BlockTree), so
-// that a partition costs its exchanges, which are no more than its smaller part has rows. Segments wait on a stack of
-// logarithmic depth.
+// in the same order, but after some uneven partitions the two places are looked up in a tree of summaries (BlockTree),
+// so that a partition costs its exchanges, which are no more than its smaller part has rows. Segments wait on a stack
+// of logarithmic depth.
 //
 // Rows is what is sorted:
 //     Pivot, Summary             types; a default Summary is that of no rows
@@ -215,13 +215,14 @@ private:
     struct Segment {
         int low = 0;
         int high = -1;
-        bool uneven = false; // it is the part of an uneven partition: its own are looked up in the tree
+        int uneven = 0;      // so many uneven partitions in a row led to it
         bool inTree = false; // the tree is up to date for it
     };
 
     // A partition is uneven when one part has less than this share of the rows; so many exchanges are made through the
     // tree before the rest of a partition is scanned.
     static constexpr int kShare = 16;
+    static constexpr int kPatience = 4; // uneven partitions in a row, after which the next are made through the tree
     static constexpr int kSmall = 32;
 
     // Rows that stand in order already stay as they are, and rows in falling order, none equal, are turned around: what
@@ -251,7 +252,7 @@ private:
         const auto [low, high] = std::pair(now.low, now.high);
         const Pivot pivot = rows_.PivotAt(low);
         int i = low + 1, j = high; // the pivot is never compared with itself
-        bool inTree = now.uneven && high - low >= kSmall;
+        bool inTree = now.uneven >= kPatience && high - low >= kSmall;
         if (inTree) {
             if (!now.inTree)
                 tree_.Build(low, high);
@@ -268,7 +269,7 @@ private:
                 tree_.Update(j);
             }
         }
-        const bool uneven = std::min(i - low, high - i + 1) < (high - low) / kShare;
+        const int uneven = std::min(i - low, high - i + 1) < (high - low) / kShare ? now.uneven + 1 : 0;
         left = {low, i - 1, uneven, inTree};
         right = {i, high, uneven, inTree};
     }
