@@ -115,8 +115,10 @@ public:
     // A position past the end means the end.
     void Insert(int position, int entry)
     {
-        while (static_cast<int>(entries_.size()) < position && next_ != end_)
-            entries_.push_back(*next_++);
+        const auto missing = static_cast<std::ptrdiff_t>(position) - std::ssize(entries_);
+        const Entry until = next_ + std::clamp<std::ptrdiff_t>(missing, 0, end_ - next_);
+        entries_.insert(entries_.end(), next_, until);
+        next_ = until;
         entries_.push_back(entry);
     }
     void Append(int entry)

@@ -33,7 +33,8 @@ public:
     }
 
 private:
-    static constexpr std::size_t kBeforeText = 6; // characters' room in front of a text, where its length stands
+    // What is fetched of a text: what stands in front of it, its length among it, in characters, and the first few.
+    static constexpr std::size_t kBeforeText = 6, kFetched = 24;
     static constexpr int kBatch = 32;
     static constexpr unsigned kRing = 4 * kBatch;
 
@@ -64,7 +65,7 @@ private:
             const Zn_Variant* value = record ? record->GetItem(col_) : nullptr;
             values_[At(k)] = value;
             if (value && value->type == Zn_Variant::String)
-                Prefetch(value->GetConstStr()->GetText() - kBeforeText, 2 * kBeforeText * sizeof(char16_t));
+                Prefetch(value->GetConstStr()->GetText() - kBeforeText, kFetched * sizeof(char16_t));
             else
                 PrefetchAll(value);
         }

@@ -5,6 +5,7 @@
 #include "Zn_Variant.h"
 #include "foundation/number_text.h"
 
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -12,7 +13,30 @@ namespace zn {
 
 inline bool SameText(std::u16string_view a, std::u16string_view b) noexcept
 {
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+    constexpr std::size_t kFour = 4, kShort = 32;
+    const std::size_t size = a.size();
+    if (size != b.size())
+        return false;
+    if (size > kShort)
+        return std::memcmp(a.data(), b.data(), size * sizeof(char16_t)) == 0;
+    const auto differ = [&](std::size_t at) {
+        std::uint64_t x, y;
+        std::memcpy(&x, a.data() + at, sizeof x);
+        std::memcpy(&y, b.data() + at, sizeof y);
+        return x != y;
+    };
+    std::size_t at = 0;
+    for (; at + kFour <= size; at += kFour) {
+        if (differ(at))
+            return false;
+    }
+    if (size > kFour)
+        return !differ(size - kFour);
+    for (; at < size; ++at) {
+        if (a[at] != b[at])
+            return false;
+    }
+    return true;
 }
 
 // Texts that share their body are told by that.
