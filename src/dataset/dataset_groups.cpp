@@ -116,7 +116,7 @@ public:
     void Insert(int position, int entry)
     {
         const auto missing = static_cast<std::ptrdiff_t>(position) - std::ssize(entries_);
-        const Entry until = next_ + std::clamp<std::ptrdiff_t>(missing, 0, end_ - next_);
+        const auto until = next_ + std::clamp<std::ptrdiff_t>(missing, 0, end_ - next_);
         entries_.insert(entries_.end(), next_, until);
         next_ = until;
         entries_.push_back(entry);
