@@ -13,12 +13,10 @@ namespace zn {
 
 inline bool SameText(std::u16string_view a, std::u16string_view b) noexcept
 {
-    constexpr std::size_t kFour = 4, kShort = 32;
+    constexpr std::size_t kFour = 4; // units that one number holds
     const std::size_t size = a.size();
     if (size != b.size())
         return false;
-    if (size > kShort)
-        return std::memcmp(a.data(), b.data(), size * sizeof(char16_t)) == 0;
     const auto differ = [&](std::size_t at) {
         std::uint64_t x, y;
         std::memcpy(&x, a.data() + at, sizeof x);
