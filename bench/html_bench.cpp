@@ -6,6 +6,8 @@
 
 #include "markup/real_pages.h"
 
+#include <cmath>
+
 #ifdef ZN_WITH_LIBXML2
 #    include <libxml/HTMLparser.h>
 #endif
@@ -70,7 +72,7 @@ void AddPages(Pairs& pairs, const std::string& name, const std::vector<RealPage>
     Pairs::Work work;
     for (const RealPage& page : pages)
         work.bytes += static_cast<double>(page.text.size());
-    const std::string label = name + ", " + std::to_string(static_cast<int>(work.bytes / 1e3 + 0.5)) + " KB";
+    const std::string label = name + ", " + std::to_string(std::lround(work.bytes / 1e3)) + " KB";
 #ifdef ZN_WITH_LIBXML2
     pairs.Add(label, work, each(ReadOurs), each(ReadLibxml), "libxml2");
 #endif

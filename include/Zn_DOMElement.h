@@ -20,6 +20,8 @@
 #include "Zn_TypedList.h"
 #include "Zn_WString.h"
 
+#include <utility>
+
 class Zn_DOMElement;
 
 class ZN_API Zn_DOMElemHandler final : public Zn_TypedHandler<Zn_DOMElement> {
@@ -132,11 +134,11 @@ public:
 
     Zn_DOMElement* GetParent() const noexcept { return parent_; }
     // Returns the previous parent.
-    Zn_DOMElement* SetParent(Zn_DOMElement* parent) noexcept;
+    Zn_DOMElement* SetParent(Zn_DOMElement* parent) noexcept { return std::exchange(parent_, parent); }
     // The index in the list that holds it; -1 when it stands in none.
     int GetParentIndex() const noexcept { return parentIndex_; }
     // Returns the previous index.
-    int SetParentIndex(int index) noexcept;
+    int SetParentIndex(int index) noexcept { return std::exchange(parentIndex_, index); }
     bool IsHaveChild() const noexcept { return children.Count() > 0; }
 
     // Sets the raw attribute text; the parsed attributes stay.

@@ -22,7 +22,7 @@ public:
     // With option 1 items are kept in the handler's order and Add does not add one that compares
     // equal to one already there, but returns its index. Absent places come last. What Insert, Set and
     // Exchange put elsewhere stands where it was told: keeping the order is then the caller's.
-    explicit Zn_ObjList(Zn_ListObjHandler* handler, int option = 0) noexcept;
+    explicit Zn_ObjList(Zn_ListObjHandler* handler, int option = 0) noexcept : handler_(handler), places_(option) {}
     Zn_ObjList(const Zn_ObjList& other);
     Zn_ObjList(Zn_ObjList&& other) noexcept;
     // Assigning takes over the items; the option stays the list's own.

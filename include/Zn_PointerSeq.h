@@ -19,7 +19,7 @@
 class ZN_API Zn_PointerSeq {
 public:
     // The tag, 0 or 1, is kept for the owner.
-    explicit Zn_PointerSeq(int tag = 0) noexcept;
+    explicit Zn_PointerSeq(int tag = 0) noexcept : head_(Empty(tag)) {}
     Zn_PointerSeq(const Zn_PointerSeq&) = delete;
     Zn_PointerSeq& operator=(const Zn_PointerSeq&) = delete;
     ~Zn_PointerSeq()

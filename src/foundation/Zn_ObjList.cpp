@@ -10,8 +10,6 @@
 
 static_assert(sizeof(Zn_ObjList) == 2 * sizeof(void*));
 
-Zn_ObjList::Zn_ObjList(Zn_ListObjHandler* handler, int option) noexcept : handler_(handler), places_(option) {}
-
 Zn_ObjList::Zn_ObjList(const Zn_ObjList& other) : Zn_ObjList(other.handler_, other.GetOption())
 {
     AppendItems(other);

@@ -190,8 +190,6 @@ void Zn_PointerSeq::Chunks::Remove(int at, int removed) noexcept
 
 constinit const Zn_PointerSeq::Head Zn_PointerSeq::empty[2] = {{0, 0, 0}, {0, 0, 1}};
 
-Zn_PointerSeq::Zn_PointerSeq(int tag) noexcept : head_(Empty(tag)) {}
-
 Zn_PointerSeq::Chunks& Zn_PointerSeq::InChunks() const noexcept
 {
     return *static_cast<Chunks*>(head_);

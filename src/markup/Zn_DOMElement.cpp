@@ -52,16 +52,6 @@ void Zn_DOMElement::Clear()
     text.Empty();
 }
 
-Zn_DOMElement* Zn_DOMElement::SetParent(Zn_DOMElement* parent) noexcept
-{
-    return std::exchange(parent_, parent);
-}
-
-int Zn_DOMElement::SetParentIndex(int index) noexcept
-{
-    return std::exchange(parentIndex_, index);
-}
-
 void Zn_DOMElement::GetAttribute(Zn_WString& out) const
 {
     if (!rawAttributes.IsEmpty())

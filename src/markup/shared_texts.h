@@ -29,8 +29,10 @@ private:
     {
         if (text.empty())
             return 0;
-        const std::size_t sample = text.size() + text.front() * 7u + text[text.size() / 2] * 31u + text.back() * 59u;
-        return sample % kPlaces;
+        const std::size_t first = text.front();
+        const std::size_t middle = text[text.size() / 2];
+        const std::size_t last = text.back();
+        return (text.size() + 7 * first + 31 * middle + 59 * last) % kPlaces;
     }
 
     std::array<Zn_WString, kPlaces> places_;
