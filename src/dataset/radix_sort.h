@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace zn {
 
@@ -54,6 +55,7 @@ private:
     }
     void CountDigits(int passes)
     {
+        places_.resize(static_cast<std::size_t>(passes));
         for (const Item& item : items_) {
             for (int pass = 0; pass < passes; ++pass)
                 ++places_[static_cast<std::size_t>(pass)][DigitOf(item, pass)];
@@ -88,7 +90,7 @@ private:
     int bits_ = 0;
     int shift_ = 0;
     int digit_ = 0;
-    std::array<std::array<std::uint32_t, 1 << kMostDigit>, kMostPasses> places_{};
+    std::vector<std::array<std::uint32_t, 1 << kMostDigit>> places_; // of each pass, by digit
 };
 
 } // namespace zn

@@ -1,5 +1,5 @@
-// Comparing texts for being the same, and the text of a value for it without
-// building it where the value is a text or a number.
+// Whether texts are the same, and the text of a value for that, which is not built where the value is a text or a
+// number.
 #pragma once
 
 #include "Zn_Variant.h"

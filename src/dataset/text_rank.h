@@ -24,6 +24,8 @@ public:
     // The text's number; kMost when there are too many, or too many of those that came first. Texts must stay.
     std::size_t Find(std::u16string_view text)
     {
+        if (slots_.empty())
+            slots_.resize(kSlots);
         for (std::size_t at = HashOf(text) % kSlots;; at = (at + 1) % kSlots) {
             const std::uint32_t slot = slots_[at];
             if (slot == 0)
@@ -54,7 +56,7 @@ private:
     }
     std::size_t Add(std::size_t slot, std::u16string_view text);
 
-    std::vector<std::uint32_t> slots_ = std::vector<std::uint32_t>(kSlots);
+    std::vector<std::uint32_t> slots_;
     std::vector<std::u16string_view> texts_;
 };
 

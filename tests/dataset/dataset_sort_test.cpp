@@ -222,6 +222,43 @@ TEST(DatasetSort, SmallRandomTablesTakeTheLiteralOrder)
     }
 }
 
+// Rows enough for sorting by digits, of keys that are wide, close together or long.
+TEST(DatasetSort, LargerRandomTablesTakeTheLiteralOrder)
+{
+    const std::pair<const char*, Maker> makers[] = {
+        {"sixteen", [](std::mt19937& r) { return Zn_Variant(static_cast<int>(r() % 16)); }},
+        {"wide", [](std::mt19937& r) { return Zn_Variant(static_cast<int>(r() % 2000 * 1000000)); }},
+        {"decimals", [](std::mt19937& r) { return Zn_Variant(static_cast<int>(r() % 2500) / 100.0 - 5); }},
+        {"close decimals", [](std::mt19937& r) { return Zn_Variant(1e9 + static_cast<int>(r() % 2000) * 1e-6); }},
+        {"codes", [](std::mt19937& r) { return Zn_Variant(Zn_WString().Format(u"item %07d", int(r() % 2000))); }},
+        {"cities", [](std::mt19937& r) { return Zn_Variant(Zn_WString().Format(u"city of %d", int(r() % 20))); }},
+        {"letters",
+         [](std::mt19937& r) {
+             std::u16string text(r() % 7, u'\0');
+             for (char16_t& unit : text)
+                 unit = static_cast<char16_t>(r() % 3 * 0x3000 + u'a');
+             return Zn_Variant(text);
+         }},
+        {"with empty",
+         [](std::mt19937& r) { return r() % 9 ? Zn_Variant(static_cast<int>(r() % 700)) : Zn_Variant(); }},
+    };
+    const std::size_t rows = IsLong() ? 20000 : 2500;
+    std::mt19937 random(1);
+    for (const auto& [first, makeFirst] : makers) {
+        for (const auto& [second, makeSecond] : makers) {
+            std::vector<Key> keys(first == second ? 1 : 2);
+            for (Key& key : keys) {
+                key.descending = random() % 2 == 0;
+                for (std::size_t row = 0; row < rows; ++row)
+                    key.values.push_back((&key == keys.data() ? makeFirst : makeSecond)(random));
+            }
+            ExpectLiteralOrder(keys, first + std::string(" and ") + second);
+            if (HasFatalFailure())
+                return;
+        }
+    }
+}
+
 namespace {
 
 // The top bits of a scrambled number.
@@ -250,6 +287,7 @@ const Pattern kPatterns[] = {
     {"saw, back", [](int i, int) { return -(i % 100); }},
     {"sixteen", [](int i, int) { return Scrambled(i, 4); }},
     {"two at random", [](int i, int) { return Scrambled(i, 1); }},
+    {"three at random", [](int i, int) { return Scrambled(i, 16) % 3; }},
     {"random", [](int i, int) { return Scrambled(i, 24); }},
     {"sorted, then random", [](int i, int n) { return i < n / 2 ? i : Scrambled(i, 16); }},
     {"sorted but the last", [](int i, int n) { return i == n - 1 ? -1 : i; }},
