@@ -75,6 +75,7 @@ protected:
     {
         return stride != 0 ? places_.At(index, stride) : places_.At(index);
     }
+    // For finding out where items are likely to stand.
     const Zn_PointerSeq& Places() const noexcept { return places_; }
     // Adds count absent places at an index; -1 when it can't.
     int InsertAbsent(int index, int count);

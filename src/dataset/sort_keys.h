@@ -1,9 +1,10 @@
 // The keys of a sort in numbers, read from the rows once, so that comparing two rows does not touch their values.
 //
 // Where every key is totally ordered by the variants' compare, all of them become one number per row (MakeRanks).
-// That compare is no order where a column mixes types (1 both ways), holds amounts that are 0.01 to 0.0999
-// apart (whose difference reads as 0 one way), integers more than 2^31 - 1 apart (whose difference wraps), or what is
-// not a number: then KeyedRows compares key by key, as the variants would.
+// That compare is no order where a column mixes types (1 both ways), holds amounts that are 0.01 to 0.0999 apart (whose
+// difference reads as 0 one way), dates, integers more than 2^31 - 1 apart (whose difference wraps), or what is not a
+// number: then rows sort by the places at which others see them (ViewedRows), and where that can't be said, KeyedRows
+// compares key by key, as the variants would.
 #pragma once
 
 #include "Zn_Variant.h"
