@@ -10,7 +10,7 @@ HtmlPlan::HtmlPlan(const HtmlMarks& marks, bool parseContent, bool keepText)
     : marks_(marks), ends_(marks), parseContent_(parseContent), keepText_(keepText)
 {
     const int length = static_cast<int>(marks.GetText().size());
-    part_ = {-1, length, length, 0};
+    part_ = {-1, length, length};
     nodes_.reserve(2 * static_cast<std::size_t>(marks.Count()) + 1);
     for (int mark = 0;;) {
         while (mark < marks_.Count() && marks_[mark].at < at_)
@@ -21,23 +21,16 @@ HtmlPlan::HtmlPlan(const HtmlMarks& marks, bool parseContent, bool keepText)
         }
         Flush(part_.end);
         if (part_.node < 0)
-            break;
-        LeavePart();
+            return;
+        GoOn(part_.next);
+        part_ = around_.back();
+        around_.pop_back();
     }
-    topCount_ = part_.children;
-}
-
-void HtmlPlan::LeavePart() noexcept
-{
-    nodes_[static_cast<std::size_t>(part_.node)].children = part_.children;
-    GoOn(part_.next);
-    part_ = around_.back();
-    around_.pop_back();
 }
 
 HtmlNode& HtmlPlan::Add(int kind, int mark, int from, int to)
 {
-    ++part_.children;
+    ++(part_.node < 0 ? topCount_ : nodes_[static_cast<std::size_t>(part_.node)].children);
     nodes_.push_back({mark, from, to, 0, static_cast<std::uint8_t>(kind), false});
     return nodes_.back();
 }
@@ -125,7 +118,7 @@ void HtmlPlan::ReadElement(int index)
         return GoOn(end.next);
     }
     around_.push_back(part_);
-    part_ = {static_cast<int>(nodes_.size()) - 1, end.at, end.next, 0};
+    part_ = {static_cast<int>(nodes_.size()) - 1, end.at, end.next};
     GoOn(content);
 }
 

@@ -33,11 +33,9 @@ private:
         int node; // -1 for the page
         int end;
         int next; // where the part around it goes on
-        int children;
     };
     HtmlNode& Add(int kind, int mark, int from, int to);
     void GoOn(int to) noexcept { at_ = to; }
-    void LeavePart() noexcept;
     void Flush(int to);
     void ReadMark(int index);
     void ReadComment(int index);

@@ -3,24 +3,24 @@
 #include "attributes.h"
 
 #include <new>
+#include <vector>
 
 namespace zn {
 
 bool HtmlReader::Read(Zn_DOMElemList& list, Zn_DOMElement* parent)
 {
     struct Level {
-        Zn_DOMElemList* list;
         Zn_DOMElement* parent;
         int missing; // nodes yet to be made
     };
-    std::vector<Level> above;
-    Level level{&list, parent, plan_.TopCount()};
-    list.AllocItems(list.Count() + level.missing);
+    std::vector<Level> levels = {{parent, plan_.TopCount()}};
+    list.AllocItems(list.Count() + plan_.TopCount());
     for (const HtmlNode& plan : plan_.Nodes()) {
-        for (; level.missing == 0; above.pop_back())
-            level = above.back();
+        while (levels.back().missing == 0)
+            levels.pop_back();
+        Level& level = levels.back();
         --level.missing;
-        Zn_DOMElement* node = level.list->AppendNew();
+        Zn_DOMElement* node = (levels.size() == 1 ? list : level.parent->children).AppendNew();
         if (!node)
             throw std::bad_alloc();
         node->SetParent(level.parent);
@@ -28,8 +28,7 @@ bool HtmlReader::Read(Zn_DOMElemList& list, Zn_DOMElement* parent)
         if (plan.children == 0)
             continue;
         node->children.AllocItems(plan.children);
-        above.push_back(level);
-        level = {&node->children, node, plan.children};
+        levels.push_back({node, plan.children});
     }
     return plan_.IsGood();
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <random>
@@ -158,7 +159,9 @@ TEST(HtmlDOM, TimeGrowsWithThePage)
                     text += row;
                 for (std::size_t i = 0; nested != 0 && i < length / 8; ++i)
                     text += u"</b>";
-                const double time = load(text);
+                double time = load(text);
+                for (int tries = 0; before > 0 && time >= 3 * before && tries < 2; ++tries)
+                    time = std::min(time, load(text)); // the machine may have had something else to do
                 if (LongTests())
                     std::printf("%-20s %8zu %.3f s\n", Zn_WString(row).ToUtf8().c_str(), text.size(), time);
                 if (before > 0) {
