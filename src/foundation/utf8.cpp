@@ -68,7 +68,7 @@ std::size_t CopyBlock(const char* in, char16_t* out) noexcept
 template <std::size_t kCount>
 std::size_t CopyBlock(const char16_t* in, char* out) noexcept
 {
-    const __m128i low = LoadBlock < kCount == 4 ? 8 : 16 > (in);
+    const __m128i low = LoadBlock<(kCount == 4 ? 8 : 16)>(in);
     const __m128i high = kCount == 16 ? LoadBlock<kCount>(in + kCount / 2) : _mm_setzero_si128();
     StoreBlock<kCount>(_mm_packus_epi16(low, high), out);
     // Sets the highest bit of what is 0x80 or more, and keeps it in the byte.
