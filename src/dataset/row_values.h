@@ -1,8 +1,9 @@
 // Walks one column of a list of rows.
 //
 // A value is reached through its record and the record's memory, and a text through the value: each step is likely to
-// miss the caches. The walk takes each step for a batch of rows while it fetches what the next step of the batch before
-// reads, so that it waits for the memory's throughput and not for its answers.
+// miss the caches. So each row is taken a step at a time, well behind the row that is a step further back: what a step
+// reads was fetched some rows ago, and the walk waits for the memory's throughput and not for its answers. One row
+// after the other, since fetches that come in bursts are lost when the processor has too many under way.
 #pragma once
 
 #include "Zn_Record.h"
@@ -24,10 +25,14 @@ public:
     template <class Body>
     void Run(Body body)
     {
-        for (int first = -3 * kBatch; first < count_; first += kBatch) {
-            FindRecords(first + 3 * kBatch, first + 2 * kBatch);
-            FindValues(first + kBatch);
-            for (int k = first; k < EndOf(first); ++k)
+        for (int k = -3 * kAhead; k < count_; ++k) {
+            if (const int next = k + 3 * kAhead; next < count_)
+                FindRecord(next);
+            if (const int next = k + 2 * kAhead; next >= 0 && next < count_)
+                FetchValue(next);
+            if (const int next = k + kAhead; next >= 0 && next < count_)
+                FindValue(next);
+            if (k >= 0)
                 body(k, records_[At(k)], values_[At(k)]);
         }
     }
@@ -35,40 +40,30 @@ public:
 private:
     // What is fetched of a text: what stands in front of it, its length among it, in characters, and the first few.
     static constexpr std::size_t kBeforeText = 6, kFetched = 24;
-    static constexpr int kBatch = 32;
-    static constexpr unsigned kRing = 4 * kBatch;
+    static constexpr int kAhead = 32; // rows between one step and the next
+    static constexpr unsigned kRing = 4 * kAhead;
 
     static unsigned At(int k) noexcept { return static_cast<unsigned>(k) % kRing; }
-    // The end of a batch; of one in front of the first row or behind the last, where it begins.
-    int EndOf(int first) const noexcept
+    void FindRecord(int k)
     {
-        return first < 0 ? first : std::max(first, std::min(first + kBatch, count_));
+        const Zn_Record* record = rows_.GetItem(rawOf_(from_ + k));
+        records_[At(k)] = record;
+        PrefetchAll(record);
     }
-    // Finds the records of a batch, and fetches what values are reached through in a batch found before.
-    void FindRecords(int first, int before)
+    void FetchValue(int k) const
     {
-        for (int k = first; k < EndOf(first); ++k) {
-            records_[At(k)] = rows_.GetItem(rawOf_(from_ + k));
-            PrefetchAll(records_[At(k)]);
-        }
-        for (int k = before; k < EndOf(before); ++k) {
-            if (const Zn_Record* record = records_[At(k)]) {
-                Prefetch(record->LikelyHead(), Zn_PointerSeq::kStripHead);
-                PrefetchAll(record->LikelyItem(col_));
-            }
+        if (const Zn_Record* record = records_[At(k)]) {
+            Prefetch(record->LikelyHead());
+            Prefetch(record->LikelyItem(col_));
         }
     }
-    void FindValues(int first)
+    void FindValue(int k)
     {
-        for (int k = first; k < EndOf(first); ++k) {
-            const Zn_Record* record = records_[At(k)];
-            const Zn_Variant* value = record ? record->GetItem(col_) : nullptr;
-            values_[At(k)] = value;
-            if (value && value->type == Zn_Variant::String)
-                Prefetch(value->GetConstStr()->GetText() - kBeforeText, kFetched * sizeof(char16_t));
-            else
-                PrefetchAll(value);
-        }
+        const Zn_Record* record = records_[At(k)];
+        const Zn_Variant* value = record ? record->GetItem(col_) : nullptr;
+        values_[At(k)] = value;
+        if (value && value->type == Zn_Variant::String)
+            Prefetch(value->GetConstStr()->GetText() - kBeforeText, kFetched * sizeof(char16_t));
     }
 
     const Zn_RecList& rows_;
