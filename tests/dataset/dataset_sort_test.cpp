@@ -1,11 +1,11 @@
 // Sorting: against the partition procedure done literally, row by row.
 
+#include "long_tests.h"
 #include "tables.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <limits>
@@ -194,18 +194,13 @@ const std::pair<const char*, Maker> kMakers[] = {
     {"mixed", Mixed},
 };
 
-bool IsLong()
-{
-    return std::getenv("ZN_LONG_TESTS") != nullptr;
-}
-
 } // namespace
 
 TEST(DatasetSort, SmallRandomTablesTakeTheLiteralOrder)
 {
     std::mt19937 random(20040715);
     const auto below = [&](std::size_t n) { return random() % n; };
-    for (int round = 0; round < (IsLong() ? 60000 : 12000); ++round) {
+    for (int round = 0; round < (LongTests() ? 60000 : 12000); ++round) {
         std::vector<Key> keys(1 + below(3));
         const std::size_t rows = round % 40 == 0 ? 40 + below(160) : 2 + below(24);
         std::string what;
@@ -242,7 +237,7 @@ TEST(DatasetSort, LargerRandomTablesTakeTheLiteralOrder)
         {"with empty",
          [](std::mt19937& r) { return r() % 9 ? Zn_Variant(static_cast<int>(r() % 700)) : Zn_Variant(); }},
     };
-    const std::size_t rows = IsLong() ? 20000 : 2500;
+    const std::size_t rows = LongTests() ? 20000 : 2500;
     std::mt19937 random(1);
     for (const auto& [first, makeFirst] : makers) {
         for (const auto& [second, makeSecond] : makers) {
@@ -298,7 +293,7 @@ const Pattern kPatterns[] = {
 
 TEST(DatasetSort, PatternsTakeTheLiteralOrder)
 {
-    for (const int rows : {33, 500, IsLong() ? 20000 : 3000}) {
+    for (const int rows : {33, 500, LongTests() ? 20000 : 3000}) {
         for (const Pattern& pattern : kPatterns) {
             Zn_Dataset numbers = Numbered(rows, 1);
             Zn_Dataset emptyBetween = Numbered(rows, 1);
@@ -330,7 +325,7 @@ TEST(DatasetSort, PatternsTakeTheLiteralOrder)
 TEST(DatasetSort, TimeGrowsLikeTheLogarithm)
 {
     // The literal procedure makes billions of comparisons for most of these.
-    const int kRows = IsLong() ? 1000000 : 30000;
+    const int kRows = LongTests() ? 1000000 : 30000;
     for (const Pattern& pattern : kPatterns) {
         // Numbers; the same with empty values between, as dates, and as amounts that differ by cents.
         Zn_Dataset made = Numbered(kRows, 4);

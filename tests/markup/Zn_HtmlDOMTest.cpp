@@ -3,22 +3,17 @@
 #include "Zn_CodePage.h"
 #include "describe_tree.h"
 #include "html_oracle.h"
+#include "long_tests.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <ctime>
 #include <random>
 
 namespace {
 
 using View = std::u16string_view;
-
-bool LongTests()
-{
-    return std::getenv("ZN_LONG_TESTS") != nullptr;
-}
 
 int LoadPage(Zn_HtmlDOM& page, View text)
 {

@@ -1,22 +1,17 @@
 // Input that is deep, hostile or broken: nothing recurses, reads outside, or takes more than linear time.
 #include "Zn_XmlDOM.h"
 
+#include "long_tests.h"
 #include "markup/charset_declaration.h"
 #include "markup/tag_scan.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <ctime>
 #include <functional>
 #include <random>
 
 namespace {
-
-bool LongTests()
-{
-    return std::getenv("ZN_LONG_TESTS") != nullptr;
-}
 
 std::u16string Repeat(std::u16string_view piece, int count)
 {

@@ -2,11 +2,10 @@
 // differences, and no others, are foretold here.
 #include "Zn_HtmlDOM.h"
 
+#include "long_tests.h"
 #include "real_pages.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 namespace {
 
@@ -117,7 +116,7 @@ TEST(HtmlReload, RealPages)
     if (pages.empty())
         GTEST_SKIP() << "no pages here";
     for (const RealPage& page : pages) {
-        if (page.text.size() < kShort || std::getenv("ZN_LONG_TESTS"))
+        if (page.text.size() < kShort || LongTests())
             ExpectForetold(page);
     }
 }

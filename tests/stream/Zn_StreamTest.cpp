@@ -5,6 +5,7 @@
 
 #include "Zn_CodePage.h"
 #include "Zn_XmlDOM.h"
+#include "long_tests.h"
 #include "messages.h"
 
 #include <gtest/gtest.h>
@@ -242,7 +243,7 @@ TEST(Stream, BothReadersAgreeOnRandomSoup)
         else
             pieces.back() += ch;
     }
-    const int rounds = std::getenv("ZN_LONG_TESTS") ? 300000 : 4000;
+    const int rounds = LongTests() ? 300000 : 4000;
     for (int round = 0; round < rounds; ++round) {
         std::mt19937 random(static_cast<unsigned>(round));
         std::string xml = "<root><dataset id='a'>";
