@@ -5,6 +5,7 @@
 #include "sample_table.h"
 
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <memory>
 
@@ -233,10 +234,13 @@ double PeakOf(Work work)
     return double(usage.ru_maxrss) / 1024;
 }
 
-std::size_t HeapInUse()
+// Bytes of memory that the process has now, without what its heap would give back.
+std::size_t MemoryInUse()
 {
-    const auto info = mallinfo2();
-    return info.uordblks + info.hblkhd;
+    malloc_trim(0);
+    std::size_t pages = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> pages >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
 void ReportMemory(int rows)
@@ -261,9 +265,9 @@ void ReportMemory(int rows)
         Zn_VariableList params;
         Zn_DatasetList tables;
         unsigned codePage = 0;
-        const std::size_t before = HeapInUse();
+        const std::size_t before = MemoryInUse();
         ZnXmlStreamLoad(params, tables, xml, codePage);
-        const std::size_t growth = HeapInUse() - before;
+        const std::size_t growth = MemoryInUse() - before;
         std::size_t text = 0;
         for (int row = 0; row < rows; ++row) {
             for (int col = 0; col < kSampleColumns; ++col)
