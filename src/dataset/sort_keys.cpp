@@ -306,11 +306,6 @@ Ranks PlacesOf(SortKey& key)
     return places;
 }
 
-bool FitTogether(std::uint64_t most, std::uint64_t mostBehind)
-{
-    return mostBehind == UINT64_MAX ? most == 0 : most < UINT64_MAX / (mostBehind + 1);
-}
-
 } // namespace
 
 Ranks MakeRanks(std::vector<SortKey> keys)
@@ -318,13 +313,11 @@ Ranks MakeRanks(std::vector<SortKey> keys)
     Ranks ranks = PlacesOf(keys.front());
     for (std::size_t k = 1; k < keys.size(); ++k) {
         Ranks places = PlacesOf(keys[k]);
-        if (!FitTogether(ranks.most, places.most))
+        if (!ranks.HasRoomFor(places.most))
             ranks.Condense();
-        if (!FitTogether(ranks.most, places.most))
+        if (!ranks.HasRoomFor(places.most))
             places.Condense();
-        for (std::size_t row = 0; row < ranks.of.size(); ++row)
-            ranks.of[row] = ranks.of[row] * (places.most + 1) + places.of[row];
-        ranks.most = ranks.most * (places.most + 1) + places.most;
+        ranks.Append(places.of, places.most);
     }
     return ranks;
 }

@@ -99,6 +99,13 @@ void Ranks::Condense()
     most = rank;
 }
 
+void Ranks::Append(const UnfilledVector<std::uint64_t>& behind, std::uint64_t mostBehind) noexcept
+{
+    for (std::size_t row = 0; row < of.size(); ++row)
+        of[row] = of[row] * (mostBehind + 1) + behind[row];
+    most = most * (mostBehind + 1) + mostBehind;
+}
+
 RankedRows::RankedRows(const Ranks& ranks) : equal_(ranks.of.size() / 64 + 1)
 {
     if (AreCountable(ranks))

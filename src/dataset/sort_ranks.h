@@ -20,6 +20,13 @@ struct Ranks {
 
     // Makes the numbers those of a row's place among the different ones: 0, 1, 2 ...
     void Condense();
+    // Whether numbers up to another largest one fit behind these.
+    bool HasRoomFor(std::uint64_t mostBehind) const noexcept
+    {
+        return mostBehind == UINT64_MAX ? most == 0 : most < UINT64_MAX / (mostBehind + 1);
+    }
+    // Orders rows that are equal so far by other numbers, which fit.
+    void Append(const UnfilledVector<std::uint64_t>& behind, std::uint64_t mostBehind) noexcept;
 };
 
 class RankedRows {

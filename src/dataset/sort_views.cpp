@@ -41,7 +41,7 @@ public:
                           HasAbove(code, SortKey::kLeastReadAs0, SortKey::kMostReadAs0);
                });
     }
-    const std::vector<std::uint64_t>& Places() const noexcept { return places_; }
+    const UnfilledVector<std::uint64_t>& Places() const noexcept { return places_; }
     std::uint64_t LastPlace() const noexcept { return last_; }
     // Of a row whose value is of the type or absent.
     Window WindowOf(std::uint32_t row) const
@@ -86,7 +86,7 @@ private:
     const SortKey& key_;
     const std::uint32_t kind_;
     std::vector<std::uint64_t> codes_;
-    std::vector<std::uint64_t> places_;
+    UnfilledVector<std::uint64_t> places_;
     std::uint64_t last_ = 0;
 };
 
@@ -127,7 +127,7 @@ bool ViewedRows::Append(const SortKey& key, bool isLast)
     std::vector<Ranks> views;
     for (const Ranks& before : views_) {
         for (const KeyView& view : seen)
-            views.push_back(Together(before, view.Places(), lastPlace));
+            views.emplace_back(before).Append(view.Places(), lastPlace);
     }
     views_ = std::move(views);
     for (std::uint32_t row = 0; row < key.Count(); ++row) {
@@ -151,8 +151,7 @@ bool ViewedRows::Append(const SortKey& key, bool isLast)
 bool ViewedRows::MakeRoom(std::uint64_t lastPlace)
 {
     const auto fits = [&] {
-        return std::all_of(views_.begin(), views_.end(),
-                           [&](const Ranks& view) { return view.most < UINT64_MAX / (lastPlace + 1); });
+        return std::all_of(views_.begin(), views_.end(), [&](const Ranks& view) { return view.HasRoomFor(lastPlace); });
     };
     if (!fits() && IsOrder()) {
         views_.front().Condense();
@@ -160,15 +159,6 @@ bool ViewedRows::MakeRoom(std::uint64_t lastPlace)
             pivots_[row].first = pivots_[row].last = views_.front().of[row];
     }
     return fits();
-}
-
-Ranks ViewedRows::Together(const Ranks& before, const std::vector<std::uint64_t>& places, std::uint64_t lastPlace)
-{
-    Ranks together = before;
-    for (std::size_t row = 0; row < places.size(); ++row)
-        together.of[row] = before.of[row] * (lastPlace + 1) + places[row];
-    together.most = before.most * (lastPlace + 1) + lastPlace;
-    return together;
 }
 
 void ViewedRows::Exchange(int i, int j) noexcept

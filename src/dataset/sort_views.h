@@ -72,7 +72,6 @@ private:
     explicit ViewedRows(std::uint32_t rows);
     bool Append(const SortKey& key, bool isLast);
     bool MakeRoom(std::uint64_t lastPlace);
-    static Ranks Together(const Ranks& before, const std::vector<std::uint64_t>& places, std::uint64_t lastPlace);
     std::size_t Row(int i) const noexcept { return rows_[static_cast<std::size_t>(i)]; }
 
     std::vector<std::uint32_t> rows_;

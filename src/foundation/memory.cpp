@@ -3,7 +3,6 @@
 #include "foundation/asan.h"
 #include "platform/platform.h"
 
-#include <climits>
 #include <cstdlib>
 
 namespace {
@@ -59,11 +58,9 @@ static bool StandsOnPages(std::size_t size) noexcept
 
 void* zn::TakeChunk(std::size_t size) noexcept
 {
-    if (size > INT_MAX)
+    if (AllocationMustFail())
         return nullptr;
-    if (!StandsOnPages(size))
-        return _zn_malloc(static_cast<int>(size));
-    return AllocationMustFail() ? nullptr : platform::TakePages(size);
+    return StandsOnPages(size) ? platform::TakePages(size) : std::malloc(size);
 }
 
 void zn::GiveChunk(void* chunk, std::size_t size) noexcept

@@ -1,5 +1,7 @@
 #include "platform/platform.h"
 
+#include "platform/keep_errno.h"
+
 #include <bit>
 #include <cerrno>
 #include <cstdint>
@@ -92,14 +94,6 @@ IdleConversions& Idle() noexcept
     static auto* idle = new (memory) IdleConversions();
     return *idle;
 }
-
-class KeepErrno {
-public:
-    ~KeepErrno() { errno = saved_; }
-
-private:
-    int saved_ = errno;
-};
 
 ConvertResult Run(iconv_t conversion, const void* input, std::size_t bytes, std::size_t unit, void* output,
                   std::size_t room, std::size_t outUnit) noexcept

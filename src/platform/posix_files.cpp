@@ -1,4 +1,5 @@
 #include "platform/files.h"
+#include "platform/keep_errno.h"
 
 #include "platform/platform.h"
 
@@ -32,14 +33,6 @@ auto CarryOn(Call call) noexcept
             return result;
     }
 }
-
-class KeepErrno {
-public:
-    ~KeepErrno() { errno = saved_; }
-
-private:
-    int saved_ = errno;
-};
 
 int NumberOf(FileHandle file) noexcept
 {

@@ -1,6 +1,7 @@
 #include "platform/platform.h"
 
-#include <cerrno>
+#include "platform/keep_errno.h"
+
 #include <cstdint>
 
 #include <sys/mman.h>
@@ -8,27 +9,11 @@
 
 namespace zn::platform {
 
-namespace {
-
-// What is left of the caller's error number after calls that fail without harm.
-class KeptErrno {
-public:
-    KeptErrno() noexcept = default;
-    ~KeptErrno() { errno = saved_; }
-    KeptErrno(const KeptErrno&) = delete;
-    KeptErrno& operator=(const KeptErrno&) = delete;
-
-private:
-    int saved_ = errno;
-};
-
-} // namespace
-
 void* TakePages(std::size_t size) noexcept
 {
     if (size == 0 || size % kLargePage != 0)
         return nullptr;
-    const KeptErrno kept;
+    const KeepErrno kept;
     void* mapped = ::mmap(nullptr, size + kLargePage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (mapped == MAP_FAILED)
         return nullptr;
@@ -43,7 +28,7 @@ void* TakePages(std::size_t size) noexcept
 
 void GivePages(void* pages, std::size_t size) noexcept
 {
-    const KeptErrno kept;
+    const KeepErrno kept;
     if (pages)
         ::munmap(pages, size);
 }
@@ -51,7 +36,7 @@ void GivePages(void* pages, std::size_t size) noexcept
 void PreferLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) noexcept
 {
 #ifdef MADV_HUGEPAGE
-    const KeptErrno kept;
+    const KeepErrno kept;
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
     const std::size_t before = reinterpret_cast<std::uintptr_t>(memory) % page; // of the first page, not asked for
     ::madvise(static_cast<char*>(memory) - before, size + before, MADV_HUGEPAGE);

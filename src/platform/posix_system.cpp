@@ -1,5 +1,7 @@
 #include "platform/platform.h"
 
+#include "platform/keep_errno.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -132,7 +134,7 @@ std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept
                                     [&](const ErrorPair& entry) { return entry.windows == number; });
     if (pair == std::end(kErrors))
         return 0;
-    const int saved = errno;
+    const KeepErrno kept;
     std::size_t written = 0;
     try {
         const std::string text = std::generic_category().message(pair->system);
@@ -148,7 +150,6 @@ std::size_t ErrorText(int number, char16_t* out, std::size_t room) noexcept
     } catch (const std::bad_alloc&) {
         written = 0;
     }
-    errno = saved;
     return written;
 }
 
