@@ -1,5 +1,7 @@
 #include "foundation/utf8.h"
 
+#include "foundation/utf8_wide.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstdint>
@@ -200,12 +202,21 @@ std::size_t CopyAscii(std::u16string_view text, char* out, std::size_t room) noe
     return CopyAsciiRun(text.data(), std::min(text.size(), room), out);
 }
 
-Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room) noexcept
+const WideUtf8* const ownWideUtf8 = FindWideUtf8();
+
+Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room, const WideUtf8* wide) noexcept
 {
     const auto* const in = reinterpret_cast<const unsigned char*>(bytes.data());
     std::size_t at = 0;
     std::size_t put = 0;
     while (at < bytes.size() && put + 2 <= room) {
+        if (wide) {
+            const Converted front = wide->decode(bytes.substr(at), out + put, room - put);
+            at += front.read;
+            put += front.written;
+            if (at == bytes.size() || put + 2 > room)
+                break;
+        }
         if (in[at] < 0x80) {
             const std::size_t run = CopyAscii(bytes.substr(at), out + put, room - put);
             at += run;
@@ -224,12 +235,19 @@ Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room) no
     return {at, put};
 }
 
-Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room) noexcept
+Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room, const WideUtf8* wide) noexcept
 {
     std::size_t at = 0;
     char* put = out;
     char* const end = out + room;
     while (at < text.size() && end - put >= 4) {
+        if (wide) {
+            const Converted front = wide->encode(text.substr(at), put, static_cast<std::size_t>(end - put));
+            at += front.read;
+            put += front.written;
+            if (at == text.size() || end - put < 4)
+                break;
+        }
         const char16_t unit = text[at];
         if (unit < 0x80) {
             const std::size_t run = CopyAscii(text.substr(at), put, static_cast<std::size_t>(end - put));

@@ -43,10 +43,15 @@ struct Converted {
     std::size_t written;
 };
 
+struct WideUtf8;
+extern const WideUtf8* const ownWideUtf8; // of this processor, else null
+
 // Each maximal malformed part gives one U+FFFD. Stops when fewer than 2 units of room are left.
-Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room) noexcept;
+Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room,
+                     const WideUtf8* wide = ownWideUtf8) noexcept;
 // Stops in front of an unpaired surrogate, or when fewer than 4 bytes of room are left.
-Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room) noexcept;
+Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room,
+                     const WideUtf8* wide = ownWideUtf8) noexcept;
 
 std::size_t CountUtf16OfUtf8(std::string_view bytes) noexcept;
 std::size_t CountUtf8OfUtf16(std::u16string_view text) noexcept;
