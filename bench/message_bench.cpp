@@ -216,6 +216,69 @@ void MsgpackDecode(const msgpack::sbuffer& packed, double cells)
         visitor.reset();
     });
 }
+
+// The peer at our work: it packs the cells of a table, and its visitor fills one, as a program would that keeps its
+// data in tables and sends it with msgpack.
+void MsgpackEncodeTable(const Zn_Dataset& table, msgpack::sbuffer& out)
+{
+    msgpack::packer<msgpack::sbuffer> packer(out);
+    packer.pack_array(static_cast<std::uint32_t>(table.GetRowCount()));
+    for (int row = 0; row < table.GetRowCount(); ++row) {
+        packer.pack_array(kSampleColumns);
+        for (int col = 0; col < kSampleColumns; ++col) {
+            const Zn_Variant* cell = table.GetColumn(row, col);
+            switch (cell->type) {
+            case Zn_Variant::Integer:
+                packer.pack(cell->ToInteger());
+                break;
+            case Zn_Variant::Decimal:
+                packer.pack(cell->ToDouble());
+                break;
+            default: {
+                const std::string text = cell->GetConstStr()->ToUtf8();
+                packer.pack_str(static_cast<std::uint32_t>(text.size()));
+                packer.pack_str_body(text.data(), static_cast<std::uint32_t>(text.size()));
+            }
+            }
+        }
+    }
+}
+
+struct TableVisitor : msgpack::null_visitor {
+    Zn_Dataset& table;
+    int row = 0, col = kSampleColumns;
+
+    explicit TableVisitor(Zn_Dataset& filled) : table(filled) {}
+    template <class Value>
+    bool Put(const Value& value)
+    {
+        if (col == kSampleColumns) {
+            row = table.AppendRow(0);
+            col = 0;
+        }
+        return table.SetColumn(row, col++, value) >= 0;
+    }
+    bool visit_positive_integer(std::uint64_t value) { return Put(static_cast<int>(value)); }
+    bool visit_float64(double value) { return Put(value); }
+    bool visit_str(const char* text, std::uint32_t size) { return Put(Zn_WString::FromUtf8({text, size})); }
+};
+
+void MsgpackDecodeTable(const msgpack::sbuffer& packed, const Zn_Buffer& binary)
+{
+    Zn_Dataset table(u"sample", 65001);
+    AddSampleColumns(table);
+    TableVisitor visitor(table);
+    std::size_t offset = 0;
+    msgpack::parse(packed.data(), packed.size(), offset, visitor);
+    Pairs::Untimed([&] {
+        Zn_DatasetList tables;
+        tables.AddDataset(u"sample", &table);
+        Zn_Buffer out;
+        ZnBinStreamSave(Zn_VariableList(), tables, out, 0);
+        Require(out == binary, "cells of msgpack's table");
+        table.ClearAll();
+    });
+}
 #endif
 
 // Peak memory in MB of a process of its own that does the work.
@@ -313,7 +376,7 @@ void AddXml(Pairs& pairs, Samples& samples)
 void AddBinary(Pairs& pairs, Samples& samples, const std::string& name)
 {
     const Pairs::Work work{samples.Cells(), double(samples.binary.GetLength())};
-    std::function<void()> encode, decode;
+    std::function<void()> encode, decode, encodeTable, decodeTable;
 #if ZN_WITH_MSGPACK
     const auto cells = std::make_shared<std::vector<Cell>>(MakeCells(samples.sample));
     const auto packed = std::make_shared<msgpack::sbuffer>();
@@ -324,18 +387,23 @@ void AddBinary(Pairs& pairs, Samples& samples, const std::string& name)
         Require(out.size() == packed->size(), "length of msgpack");
     };
     decode = [=] { MsgpackDecode(*packed, double(cells->size())); };
+    encodeTable = [=, &samples] {
+        msgpack::sbuffer out;
+        MsgpackEncodeTable(*samples.tables[0], out);
+        Require(out.size() == packed->size(), "length of msgpack from a table");
+    };
+    decodeTable = [=, &samples] { MsgpackDecodeTable(*packed, samples.binary); };
 #endif
-    pairs.Add(
-        "tables to binary message" + name, work,
-        [&samples] {
-            Zn_Buffer out;
-            ZnBinStreamSave(samples.params, samples.tables, out, 0);
-            Pairs::Untimed([&] { Require(out == samples.binary, "bytes of the binary message"); });
-        },
-        encode, "msgpack");
-    pairs.Add(
-        "binary message to tables" + name, work, [&samples] { LoadBinary(samples.binary, samples.rows); }, decode,
-        "msgpack");
+    const auto ourEncode = [&samples] {
+        Zn_Buffer out;
+        ZnBinStreamSave(samples.params, samples.tables, out, 0);
+        Pairs::Untimed([&] { Require(out == samples.binary, "bytes of the binary message"); });
+    };
+    const auto ourDecode = [&samples] { LoadBinary(samples.binary, samples.rows); };
+    pairs.Add("tables to binary message" + name, work, ourEncode, encode, "msgpack");
+    pairs.Add("binary message to tables" + name, work, ourDecode, decode, "msgpack");
+    pairs.Add("the same, msgpack from tables" + name, work, ourEncode, encodeTable, "msgpack");
+    pairs.Add("the same, msgpack to tables" + name, work, ourDecode, decodeTable, "msgpack");
 }
 
 } // namespace
