@@ -77,6 +77,19 @@ protected:
     }
     // For finding out where items are likely to stand.
     const Zn_PointerSeq& Places() const noexcept { return places_; }
+    // Memory at the end of a list that keeps its items one behind the other, for the caller to make one more there at
+    // once; null when it doesn't or has no room.
+    void* OpenPlace() noexcept
+    {
+        const int index = Count();
+        if (index >= places_.StripRoom())
+            return nullptr;
+        void* item = places_.StripPlace(index);
+        Zn_ListObjHandler::Hold(item);
+        places_.GrowStrip(index + 1);
+        places_.TakeStripPlace(index);
+        return item;
+    }
     // Adds count absent places at an index; -1 when it can't.
     int InsertAbsent(int index, int count);
     // Add at the end whatever the option says.

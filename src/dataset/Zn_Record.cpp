@@ -143,7 +143,8 @@ int Zn_Record::LoadFrom(const Zn_Buffer& in, int offset, unsigned codePage)
         }
         if (end >= length)
             break;
-        Zn_Variant* value = Zn_VariantList::GetSafeItem(k, 1);
+        void* place = OpenPlace();
+        Zn_Variant* value = place ? new (place) Zn_Variant : Zn_VariantList::GetSafeItem(k, 1);
         end = value ? value->Load(static_cast<short>(type), in, end, codePage) : -1;
     }
     if (end < 0)
