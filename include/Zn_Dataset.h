@@ -142,7 +142,10 @@ public:
 
     // ---- Values. A constant column answers for every row, a negative one included.
 
-    const Zn_Variant* GetColumn(int row, int col) const;
+    const Zn_Variant* GetColumn(int row, int col) const
+    {
+        return rowMapActive_ ? MappedColumn(row, col) : GetColumnNF(row, col);
+    }
     const Zn_Variant* GetColumn(int row, Zn_NameArg id) const { return GetColumn(row, GetColIndex(id)); }
     void GetColumn(int row, int col, Zn_Variant& out) const { out = GetColumnNN(row, col); }
     void GetColumn(int row, Zn_NameArg id, Zn_Variant& out) const { out = GetColumnNN(row, id); }
@@ -472,6 +475,7 @@ private:
     // Row numbers: the stored row behind a visible one, -1 for a group row or none.
     bool IsGroupRow(int row) const noexcept;
     int RawRow(int row) const noexcept;
+    const Zn_Variant* MappedColumn(int row, int col) const;
     const Zn_IntList* Map() const noexcept { return rowMapActive_ ? &rowMap_ : nullptr; }
     bool IsStorable(int row) const noexcept;
     const Zn_Record* Record(int row) const noexcept;

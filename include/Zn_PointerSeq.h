@@ -69,7 +69,7 @@ public:
     // Makes a strip of an empty sequence: the head in memory of kStripHead bytes, each place stride bytes behind the
     // one before it, room for as many as kLongestStrip. Clear forgets the memory.
     void BeginStrip(void* memory, int stride, int room) noexcept;
-    bool IsStrip() const noexcept { return head_->stride != 0; }
+    bool IsStrip() const noexcept { return head_->room <= kStripRoomOf0; }
     int StripRoom() const noexcept { return IsStrip() ? kStripRoomOf0 - head_->room : 0; }
     void* StripMemory() const noexcept { return head_; }
     std::uint64_t StripTaken() const noexcept { return InStrip().taken; }

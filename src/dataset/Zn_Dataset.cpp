@@ -157,10 +157,8 @@ const Zn_Variant* Zn_Dataset::NotNull(const Zn_Variant* value) noexcept
     return value ? value : &Zn_Variant::_ZnNullVariant;
 }
 
-const Zn_Variant* Zn_Dataset::GetColumn(int row, int col) const
+const Zn_Variant* Zn_Dataset::MappedColumn(int row, int col) const
 {
-    if (!rowMapActive_)
-        return GetColumnNF(row, col);
     if (col >= columns_.Count())
         return GetConstColumn(col - columns_.Count());
     return IsGroupRow(row) ? GroupValue(row, col) : GetColumnNF(RawRow(row), col);
