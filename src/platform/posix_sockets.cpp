@@ -1,20 +1,14 @@
+#include "platform/native_sockets.h"
 #include "platform/platform.h"
-#include "platform/sockets.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <climits>
-#include <cstring>
 #include <fcntl.h>
-#include <netdb.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <optional>
 #include <poll.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #ifndef MSG_NOSIGNAL
@@ -27,35 +21,6 @@ namespace {
 
 constexpr int kTimedOut = 10060;
 constexpr std::size_t kJoined = 4096;
-
-int Descriptor(Socket socket) noexcept
-{
-    return static_cast<int>(socket);
-}
-
-sockaddr_in AddressOf(Endpoint endpoint) noexcept
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(endpoint.port);
-    address.sin_addr.s_addr = htonl(endpoint.address);
-    return address;
-}
-
-Endpoint EndpointOf(const sockaddr_in& address) noexcept
-{
-    return {ntohl(address.sin_addr.s_addr), ntohs(address.sin_port)};
-}
-
-const sockaddr* Generic(const sockaddr_in& address) noexcept
-{
-    return reinterpret_cast<const sockaddr*>(&address);
-}
-
-sockaddr* Generic(sockaddr_in& address) noexcept
-{
-    return reinterpret_cast<sockaddr*>(&address);
-}
 
 template <class Call>
 auto Uninterrupted(Call call) noexcept
@@ -77,7 +42,7 @@ public:
     bool Wait(Socket socket, short what) const noexcept
     {
         for (;;) {
-            pollfd entry{Descriptor(socket), what, 0};
+            pollfd entry{Native(socket), what, 0};
             const int left = Left();
             const int ready = poll(&entry, 1, left);
             if (ready > 0) {
@@ -129,11 +94,6 @@ int WithTimeout(Socket socket, int seconds, Call call) noexcept
     }
 }
 
-bool SetOption(Socket socket, int level, int option, const void* value, std::size_t size) noexcept
-{
-    return setsockopt(Descriptor(socket), level, option, value, static_cast<socklen_t>(size)) == 0;
-}
-
 // What a fresh descriptor gets where the call that makes it can't be told so.
 Socket Prepared(int descriptor) noexcept
 {
@@ -141,13 +101,28 @@ Socket Prepared(int descriptor) noexcept
         return kNoSocket;
 #ifdef SO_NOSIGPIPE
     const int on = 1;
-    SetOption(static_cast<Socket>(descriptor), SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof(on));
+    SetOption(static_cast<Socket>(descriptor), SOL_SOCKET, SO_NOSIGPIPE, on);
 #endif
 #ifndef SOCK_CLOEXEC
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 #endif
     return static_cast<Socket>(descriptor);
 }
+
+// Finishes a connection that a signal interrupted: it goes on by itself.
+bool FinishConnection(Socket socket) noexcept
+{
+    if (!Deadline(0).Wait(socket, POLLOUT))
+        return false;
+    int error = 0;
+    socklen_t size = sizeof(error);
+    if (getsockopt(Native(socket), SOL_SOCKET, SO_ERROR, &error, &size) != 0)
+        return false;
+    errno = error;
+    return error == 0;
+}
+
+} // namespace
 
 int ResolverError(int error) noexcept
 {
@@ -165,26 +140,11 @@ int ResolverError(int error) noexcept
     }
 }
 
-// Finishes a connection that a signal interrupted: it goes on by itself.
-bool FinishConnection(Socket socket) noexcept
-{
-    if (!Deadline(0).Wait(socket, POLLOUT))
-        return false;
-    int error = 0;
-    socklen_t size = sizeof(error);
-    if (getsockopt(Descriptor(socket), SOL_SOCKET, SO_ERROR, &error, &size) != 0)
-        return false;
-    errno = error;
-    return error == 0;
-}
-
 int SendTo(Socket socket, std::span<const unsigned char> data, const sockaddr_in& to) noexcept
 {
     return static_cast<int>(Uninterrupted(
-        [&] { return sendto(Descriptor(socket), data.data(), data.size(), MSG_NOSIGNAL, Generic(to), sizeof(to)); }));
+        [&] { return sendto(Native(socket), data.data(), data.size(), MSG_NOSIGNAL, Generic(to), sizeof(to)); }));
 }
-
-} // namespace
 
 int LastSocketError() noexcept
 {
@@ -206,72 +166,13 @@ Socket OpenSocket(int family, int type, int protocol) noexcept
 
 bool CloseSocket(Socket socket) noexcept
 {
-    return close(Descriptor(socket)) == 0;
-}
-
-bool SetSocketOption(Socket socket, SocketOption option, bool on) noexcept
-{
-    const int value = on;
-    if (option == SocketOption::NoDelay)
-        return SetOption(socket, IPPROTO_TCP, TCP_NODELAY, &value, sizeof(value));
-    const int name = option == SocketOption::ReuseAddress ? SO_REUSEADDR : SO_KEEPALIVE;
-    return SetOption(socket, SOL_SOCKET, name, &value, sizeof(value));
-}
-
-bool SetLinger(Socket socket, int seconds) noexcept
-{
-    const linger value{1, static_cast<std::uint16_t>(seconds)};
-    return SetOption(socket, SOL_SOCKET, SO_LINGER, &value, sizeof(value));
-}
-
-bool BindSocket(Socket socket, Endpoint local) noexcept
-{
-    const sockaddr_in address = AddressOf(local);
-    return bind(Descriptor(socket), Generic(address), sizeof(address)) == 0;
-}
-
-bool ListenSocket(Socket socket, int backlog) noexcept
-{
-    return listen(Descriptor(socket), backlog) == 0;
-}
-
-bool LocalEndpoint(Socket socket, Endpoint& local) noexcept
-{
-    sockaddr_in address{};
-    socklen_t size = sizeof(address);
-    if (getsockname(Descriptor(socket), Generic(address), &size) != 0)
-        return false;
-    local = EndpointOf(address);
-    return true;
-}
-
-bool ResolveHost(const char* host, std::uint32_t& address) noexcept
-{
-    const in_addr_t numeric = inet_addr(host);
-    if (numeric != INADDR_NONE) {
-        address = ntohl(numeric);
-        return true;
-    }
-    addrinfo wanted{};
-    wanted.ai_family = AF_INET;
-    wanted.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    const int error = getaddrinfo(host, nullptr, &wanted, &found);
-    if (error != 0 || !found) {
-        SetLastError(ResolverError(error));
-        return false;
-    }
-    sockaddr_in first{};
-    std::memcpy(&first, found->ai_addr, sizeof(first));
-    address = EndpointOf(first).address;
-    freeaddrinfo(found);
-    return true;
+    return close(Native(socket)) == 0;
 }
 
 bool ConnectSocket(Socket socket, Endpoint peer) noexcept
 {
     const sockaddr_in address = AddressOf(peer);
-    if (connect(Descriptor(socket), Generic(address), sizeof(address)) == 0)
+    if (connect(Native(socket), Generic(address), sizeof(address)) == 0)
         return true;
     return errno == EINTR && FinishConnection(socket);
 }
@@ -288,9 +189,9 @@ Socket AcceptSocket(Socket socket, Endpoint& peer, int timeoutSeconds) noexcept
     socklen_t size = sizeof(address);
     const int accepted = Uninterrupted([&] {
 #ifdef SOCK_CLOEXEC
-        return accept4(Descriptor(socket), Generic(address), &size, SOCK_CLOEXEC);
+        return accept4(Native(socket), Generic(address), &size, SOCK_CLOEXEC);
 #else
-        return accept(Descriptor(socket), Generic(address), &size);
+        return accept(Native(socket), Generic(address), &size);
 #endif
     });
     peer = EndpointOf(address);
@@ -308,31 +209,19 @@ int SendBytes(Socket socket, std::span<const unsigned char> first, std::span<con
     }
     if (second.empty())
         return static_cast<int>(
-            Uninterrupted([&] { return send(Descriptor(socket), first.data(), first.size(), MSG_NOSIGNAL); }));
+            Uninterrupted([&] { return send(Native(socket), first.data(), first.size(), MSG_NOSIGNAL); }));
     iovec pieces[2] = {{const_cast<unsigned char*>(first.data()), first.size()},
                        {const_cast<unsigned char*>(second.data()), second.size()}};
     msghdr message{};
     message.msg_iov = pieces;
     message.msg_iovlen = 2;
-    return static_cast<int>(Uninterrupted([&] { return sendmsg(Descriptor(socket), &message, MSG_NOSIGNAL); }));
+    return static_cast<int>(Uninterrupted([&] { return sendmsg(Native(socket), &message, MSG_NOSIGNAL); }));
 }
 
 int ReceiveBytes(Socket socket, unsigned char* out, int room, int timeoutSeconds) noexcept
 {
     return WithTimeout(socket, timeoutSeconds,
-                       [&](int flags) { return recv(Descriptor(socket), out, static_cast<std::size_t>(room), flags); });
-}
-
-int SendDatagram(Socket socket, std::span<const unsigned char> data, const void* address) noexcept
-{
-    sockaddr_in to{};
-    std::memcpy(&to, address, sizeof(to));
-    return SendTo(socket, data, to);
-}
-
-int SendDatagram(Socket socket, std::span<const unsigned char> data, Endpoint to) noexcept
-{
-    return SendTo(socket, data, AddressOf(to));
+                       [&](int flags) { return recv(Native(socket), out, static_cast<std::size_t>(room), flags); });
 }
 
 // The system writes through the piece: NOLINTNEXTLINE(readability-non-const-parameter)
@@ -346,7 +235,7 @@ int ReceiveDatagram(Socket socket, unsigned char* out, int room, int timeoutSeco
     message.msg_name = &address;
     const int length = WithTimeout(socket, timeoutSeconds, [&](int flags) {
         message.msg_namelen = sizeof(address);
-        return recvmsg(Descriptor(socket), &message, flags);
+        return recvmsg(Native(socket), &message, flags);
     });
     if (length >= 0 && (message.msg_flags & MSG_TRUNC) != 0) {
         errno = EMSGSIZE;
