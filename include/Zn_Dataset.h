@@ -511,7 +511,7 @@ private:
     void LinkOriginals();
     bool NoteOriginal(bool deleted) noexcept;
     Zn_OriginalIndex& Originals();
-    void CopyTable(const Zn_Dataset& other);
+    int TakeOver(const Zn_Dataset* other, bool withMap);
     void ShareRows(const Zn_RecList& source, int count);
     void AppendByName(const Zn_Dataset& src, int count);
     void ShowAppended();

@@ -228,46 +228,40 @@ const Zn_Variant* Zn_Dataset::GetDelColumn(int n, int col) const
     return original < 0 ? nullptr : GetOrgBuffColumn(original, col);
 }
 
-void Zn_Dataset::CopyTable(const Zn_Dataset& other)
+int Zn_Dataset::TakeOver(const Zn_Dataset* other, bool withMap)
 {
+    if (other == this)
+        return GetRowCount();
+    ClearAll();
+    if (!other)
+        return 0;
     if (id_.IsEmpty())
-        id_ = other.id_;
-    codePage_ = other.codePage_;
-    constColumns_.Assign(&other.constColumns_);
-    columns_.TakePlaces(other.columns_);
-    rows_.Assign(&other.rows_);
-    orgBuffer_.Assign(&other.orgBuffer_);
-    insertCount_ = other.insertCount_;
+        id_ = other->id_;
+    codePage_ = other->codePage_;
+    constColumns_.Assign(&other->constColumns_);
+    columns_.TakePlaces(other->columns_);
+    rows_.Assign(&other->rows_);
+    orgBuffer_.Assign(&other->orgBuffer_);
+    insertCount_ = other->insertCount_;
+    if (withMap) {
+        rowMap_.AssignList(other->rowMap_);
+        rowMapActive_ = other->rowMapActive_;
+    } else if (other->rowMapActive_) {
+        for (int i = 0, n = rows_.Count(); i < n; ++i)
+            rows_.GetSafeItem(i)->SetFilter(0);
+    }
     if (!zn::Guarded([this] { LinkOriginals(); }))
         ClearAll();
+    Regroup();
+    return GetRowCount();
 }
 
 int Zn_Dataset::Assign(const Zn_Dataset* other)
 {
-    if (other == this)
-        return GetRowCount();
-    ClearAll();
-    if (!other)
-        return 0;
-    CopyTable(*other);
-    rowMap_.AssignList(other->rowMap_);
-    rowMapActive_ = other->rowMapActive_;
-    Regroup();
-    return GetRowCount();
+    return TakeOver(other, true);
 }
 
 int Zn_Dataset::AssignNF(const Zn_Dataset* other)
 {
-    if (other == this)
-        return GetRowCount();
-    ClearAll();
-    if (!other)
-        return 0;
-    CopyTable(*other);
-    if (other->rowMapActive_) {
-        for (int i = 0, n = rows_.Count(); i < n; ++i)
-            rows_.GetSafeItem(i)->SetFilter(0);
-    }
-    Regroup();
-    return GetRowCount();
+    return TakeOver(other, false);
 }

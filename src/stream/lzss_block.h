@@ -3,6 +3,9 @@
 
 #include "stream/lzss.h"
 
+#include <memory>
+#include <new>
+
 namespace zn {
 
 // Whether all the bytes went to the end of out, which they don't when memory or its bound is reached.
@@ -72,5 +75,18 @@ private:
     int end_ = 0;
     unsigned char block_[kBlock];
 };
+
+// Codes the input with a coder of its own, which is too large for the stack. False, and a part may have been written,
+// when memory runs out.
+template <class Coder>
+bool EncodeBy(std::span<const unsigned char> in, Zn_Buffer& out) noexcept
+{
+    const std::unique_ptr<Coder> coder(new (std::nothrow) Coder(in));
+    if (!coder)
+        return false;
+    GroupWriter writer(out);
+    coder->WriteItems(writer);
+    return writer.Finish();
+}
 
 } // namespace zn

@@ -2,8 +2,6 @@
 #include "stream/sorted_window.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
 
 namespace zn {
 namespace {
@@ -68,12 +66,7 @@ private:
 
 bool LzssEncode(std::span<const unsigned char> in, Zn_Buffer& out) noexcept
 {
-    const std::unique_ptr<Coder> coder(new (std::nothrow) Coder(in));
-    if (!coder)
-        return false;
-    GroupWriter writer(out);
-    coder->WriteItems(writer);
-    return writer.Finish();
+    return EncodeBy<Coder>(in, out);
 }
 
 } // namespace zn

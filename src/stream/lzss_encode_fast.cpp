@@ -5,8 +5,6 @@
 #include <bit>
 #include <cstring>
 #include <initializer_list>
-#include <memory>
-#include <new>
 
 namespace zn {
 namespace {
@@ -190,12 +188,7 @@ private:
 
 bool LzssEncodeFast(std::span<const unsigned char> in, Zn_Buffer& out) noexcept
 {
-    const std::unique_ptr<FastCoder> coder(new (std::nothrow) FastCoder(in));
-    if (!coder)
-        return false;
-    GroupWriter writer(out);
-    coder->WriteItems(writer);
-    return writer.Finish();
+    return EncodeBy<FastCoder>(in, out);
 }
 
 } // namespace zn
