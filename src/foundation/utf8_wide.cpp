@@ -14,12 +14,12 @@
 namespace zn {
 namespace {
 
-#    define ZN_WIDE __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2,popcnt")))
+#    define ZN_WIDE __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2,bmi2,popcnt")))
 
 // A bit for each of the first count places, of which there are 64 at most.
-constexpr std::uint64_t First(std::size_t count) noexcept
+ZN_WIDE inline std::uint64_t First(std::size_t count) noexcept
 {
-    return count >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
+    return _bzhi_u64(~std::uint64_t{0}, static_cast<unsigned>(count));
 }
 
 std::size_t FrontOf(std::uint64_t wrong, std::size_t most) noexcept
@@ -70,12 +70,14 @@ ZN_WIDE Converted DecodeWide(std::string_view bytes, char16_t* out, std::size_t 
                                      (std::uint64_t{_mm256_cmpeq_epi8_mask(block, Bytes(0xED))} << 1 & upper);
         const std::uint64_t other = _mm256_cmpge_epu8_mask(block, Bytes(0xF0)) |
                                     _mm256_cmpeq_epi8_mask(_mm256_and_si256(block, Bytes(0xFE)), Bytes(0xC0));
-        count = FrontOf((trail ^ (lead2 << 1 | lead3 << 2)) | narrow | other, count);
-        // The last character may not be whole.
-        if (count >= 1 && (lead2 >> (count - 1) & 1))
-            count -= 1;
-        else if (count >= 2 && (lead3 >> (count - 2) & 1))
-            count -= 2;
+        const std::uint64_t wrong = (trail ^ (lead2 << 1 | lead3 << 2)) | narrow | other;
+        if (wrong != 0) { // up to the character that it is in or that goes on behind the block
+            count = FrontOf(wrong, count);
+            if (count >= 1 && (lead2 >> (count - 1) & 1))
+                count -= 1;
+            else if (count >= 2 && (lead3 >> (count - 2) & 1))
+                count -= 2;
+        }
         const std::uint64_t leads = ~trail & First(count);
         const auto units = static_cast<std::size_t>(_mm_popcnt_u64(leads));
         if (units == 0 || units > room - put)
@@ -135,7 +137,8 @@ const WideUtf8* FindWideUtf8() noexcept
 {
     __builtin_cpu_init();
     return __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("avx512vbmi") &&
-                   __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl")
+                   __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+                   __builtin_cpu_supports("bmi2")
                ? &kWide
                : nullptr;
 }
