@@ -204,16 +204,25 @@ std::size_t CopyAscii(std::u16string_view text, char* out, std::size_t room) noe
 
 const WideUtf8* const ownWideUtf8 = FindWideUtf8();
 
+namespace {
+
+// Where a text has much that wide vectors leave to others, they are not tried again at once.
+constexpr std::size_t kShortStretch = 16, kRest = 64;
+
+} // namespace
+
 Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room, const WideUtf8* wide) noexcept
 {
     const auto* const in = reinterpret_cast<const unsigned char*>(bytes.data());
     std::size_t at = 0;
     std::size_t put = 0;
+    std::size_t wideFrom = 0;
     while (at < bytes.size() && put + 2 <= room) {
-        if (wide) {
+        if (wide && at >= wideFrom) {
             const Converted front = wide->decode(bytes.substr(at), out + put, room - put);
             at += front.read;
             put += front.written;
+            wideFrom = front.read < kShortStretch ? at + kRest : at;
             if (at == bytes.size() || put + 2 > room)
                 break;
         }
@@ -240,11 +249,13 @@ Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room, cons
     std::size_t at = 0;
     char* put = out;
     char* const end = out + room;
+    std::size_t wideFrom = 0;
     while (at < text.size() && end - put >= 4) {
-        if (wide) {
+        if (wide && at >= wideFrom) {
             const Converted front = wide->encode(text.substr(at), put, static_cast<std::size_t>(end - put));
             at += front.read;
             put += front.written;
+            wideFrom = front.read < kShortStretch ? at + kRest : at;
             if (at == text.size() || end - put < 4)
                 break;
         }

@@ -16,6 +16,9 @@ namespace {
 
 #    define ZN_WIDE __attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2,bmi2,popcnt")))
 
+// A text that goes on for less is not looked at for runs of ASCII, which cost more than they save where they are short.
+constexpr std::size_t kWorthIt = 128;
+
 // A bit for each of the first count places, of which there are 64 at most.
 ZN_WIDE inline std::uint64_t First(std::size_t count) noexcept
 {
@@ -59,6 +62,12 @@ ZN_WIDE Converted DecodeWide(std::string_view bytes, char16_t* out, std::size_t 
     std::size_t at = 0;
     std::size_t put = 0;
     while (at < bytes.size()) {
+        for (; std::min(bytes.size() - at, room - put) >= kWorthIt; at += kStep, put += kStep) {
+            const __m256i ascii = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes.data() + at));
+            if (_mm256_movepi8_mask(ascii) != 0)
+                break;
+            _mm512_storeu_si512(out + put, _mm512_cvtepu8_epi16(ascii));
+        }
         std::size_t count = std::min(bytes.size() - at, kStep);
         const __m256i block = _mm256_maskz_loadu_epi8(static_cast<__mmask32>(First(count)), bytes.data() + at);
         const std::uint64_t lead2 = _mm256_cmpge_epu8_mask(block, Bytes(0xC2));
@@ -101,9 +110,16 @@ ZN_WIDE Converted DecodeWide(std::string_view bytes, char16_t* out, std::size_t 
 ZN_WIDE Converted EncodeWide(std::u16string_view text, char* out, std::size_t room) noexcept
 {
     constexpr std::size_t kStep = 16;
+    constexpr std::size_t kAscii = 32; // units of a step that has nothing else
     std::size_t at = 0;
     std::size_t put = 0;
     while (at < text.size()) {
+        for (; std::min(text.size() - at, room - put) >= kWorthIt; at += kAscii, put += kAscii) {
+            const __m512i ascii = _mm512_loadu_si512(text.data() + at);
+            if (_mm512_test_epi16_mask(ascii, Units(0xFF80)) != 0)
+                break;
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + put), _mm512_cvtepi16_epi8(ascii));
+        }
         const auto present = First(std::min(text.size() - at, kStep));
         const __m512i units =
             _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(static_cast<__mmask16>(present), text.data() + at));
