@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -48,12 +49,15 @@ public:
             return 1;
         Collector collector;
         benchmark::RunSpecifiedBenchmarks(&collector);
-        std::printf("\n%-34s %10s %9s %9s  %-10s %8s\n", "", "ms", "MB/s", "ns/cell", "peer", "ratio");
+        int width = 0;
+        for (const Row& row : rows_)
+            width = std::max(width, static_cast<int>(row.name.size()));
+        std::printf("\n%-*s %10s %9s %9s  %-10s %8s\n", width, "", "ms", "MB/s", "ns/cell", "peer", "ratio");
         for (const Row& row : rows_) {
             const auto ours = collector.medians.find(row.name + "/ours");
             if (ours == collector.medians.end())
                 continue;
-            std::printf("%-34s %10.2f", row.name.c_str(), ours->second * 1e3);
+            std::printf("%-*s %10.2f", width, row.name.c_str(), ours->second * 1e3);
             Print(" %9.0f", row.work.bytes / ours->second / 1e6);
             Print(" %9.1f", row.work.cells > 0 ? ours->second / row.work.cells * 1e9 : 0);
             const auto peer = collector.medians.find(row.name + "/" + row.peer);
