@@ -204,12 +204,8 @@ std::size_t CopyAscii(std::u16string_view text, char* out, std::size_t room) noe
 
 const WideUtf8* const ownWideUtf8 = FindWideUtf8();
 
-namespace {
-
-// Where a text has much that wide vectors leave to others, they are not tried again at once.
-constexpr std::size_t kShortStretch = 16, kRest = 64;
-
-} // namespace
+// Where wide vectors get no further than that, the next so many units are left to the plain way before they try again.
+static constexpr std::size_t kStretch = 64;
 
 Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room, const WideUtf8* wide) noexcept
 {
@@ -222,7 +218,7 @@ Converted DecodeUtf8(std::string_view bytes, char16_t* out, std::size_t room, co
             const Converted front = wide->decode(bytes.substr(at), out + put, room - put);
             at += front.read;
             put += front.written;
-            wideFrom = front.read < kShortStretch ? at + kRest : at;
+            wideFrom = front.read < kStretch ? at + kStretch : at;
             if (at == bytes.size() || put + 2 > room)
                 break;
         }
@@ -255,7 +251,7 @@ Converted EncodeUtf8(std::u16string_view text, char* out, std::size_t room, cons
             const Converted front = wide->encode(text.substr(at), put, static_cast<std::size_t>(end - put));
             at += front.read;
             put += front.written;
-            wideFrom = front.read < kShortStretch ? at + kRest : at;
+            wideFrom = front.read < kStretch ? at + kStretch : at;
             if (at == text.size() || end - put < 4)
                 break;
         }
