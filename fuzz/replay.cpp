@@ -7,6 +7,8 @@
 // program is left in the file crash-input of the working directory.
 #include "fuzz.h"
 
+#include "long_tests.h"
+
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -100,7 +102,7 @@ private:
 
 int main(int argc, char** argv)
 {
-    const bool longRun = std::getenv("ZN_LONG_TESTS") != nullptr;
+    const bool longRun = LongTests();
     const std::size_t budget = 4'000'000 / static_cast<std::size_t>(std::max(argc - 1, 1)); // bytes for one seed
     std::size_t runs = 0;
     std::signal(SIGABRT, SaveInput);

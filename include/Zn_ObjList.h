@@ -82,13 +82,7 @@ protected:
     void* OpenPlace() noexcept
     {
         const int index = Count();
-        if (index >= places_.StripRoom())
-            return nullptr;
-        void* item = places_.StripPlace(index);
-        Zn_ListObjHandler::Hold(item);
-        places_.GrowStrip(index + 1);
-        places_.TakeStripPlace(index);
-        return item;
+        return index < places_.StripRoom() ? HoldInStrip(index) : nullptr;
     }
     // Adds count absent places at an index; -1 when it can't.
     int InsertAbsent(int index, int count);
@@ -119,6 +113,15 @@ private:
     bool BeginStrip(int room) noexcept;
     bool LeaveStrip() noexcept;
     void* MakeInStrip(int index);
+    // Counts this list as the holder of the item at a place of its strip, and the place as taken.
+    void* HoldInStrip(int index) noexcept
+    {
+        void* item = places_.StripPlace(index);
+        Zn_ListObjHandler::Hold(item);
+        places_.GrowStrip(index + 1);
+        places_.TakeStripPlace(index);
+        return item;
+    }
     bool IsOrdered() const noexcept { return GetOption() == 1; }
     int ClampIndex(int index) const noexcept { return index < 0 ? 0 : index > Count() ? Count() : index; }
     int FindPlace(const void* item, bool& found) const;

@@ -79,13 +79,7 @@ bool Zn_ObjList::LeaveStrip() noexcept
 // Makes the item of a place that is not taken; null when it can't.
 void* Zn_ObjList::MakeInStrip(int index)
 {
-    void* item = handler_->_InitItem(places_.StripPlace(index));
-    if (!item)
-        return nullptr;
-    Zn_ListObjHandler::Hold(item);
-    places_.GrowStrip(index + 1);
-    places_.TakeStripPlace(index);
-    return item;
+    return handler_->_InitItem(places_.StripPlace(index)) ? HoldInStrip(index) : nullptr;
 }
 
 // ---- single items

@@ -120,11 +120,11 @@ ZN_WIDE Converted EncodeWide(std::u16string_view text, char* out, std::size_t ro
                 break;
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + put), _mm512_cvtepi16_epi8(ascii));
         }
-        const auto present = First(std::min(text.size() - at, kStep));
+        const std::size_t left = std::min(text.size() - at, kStep);
         const __m512i units =
-            _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(static_cast<__mmask16>(present), text.data() + at));
+            _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(static_cast<__mmask16>(First(left)), text.data() + at));
         const std::uint64_t surrogates = _mm512_cmpeq_epi32_mask(_mm512_and_si512(units, Lanes(0xF800)), Lanes(0xD800));
-        const auto count = FrontOf(surrogates, std::min(text.size() - at, kStep));
+        const std::size_t count = FrontOf(surrogates, left);
         const __m512i sixes = _mm512_srli_epi32(units, 6);
         const __m512i low = _mm512_and_si512(units, Lanes(0x3F));
         const __m512i two = _mm512_or_si512(sixes, _mm512_slli_epi32(low, 8));

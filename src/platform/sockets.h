@@ -1,5 +1,5 @@
-// The porting contract for sockets of IPv4 (posix_sockets.cpp, windows_sockets.cpp); platform.h says what holds for all
-// calls.
+// The porting contract for sockets of IPv4 (sockets.cpp, posix_sockets.cpp, windows_sockets.cpp); platform.h says what
+// holds for all calls.
 //
 // Sockets block. A call that a signal interrupts is carried on with the time that is left. A call that fails leaves its
 // Windows error number with LastSocketError() of the calling thread; the numbers of sockets begin at 10000 and differ

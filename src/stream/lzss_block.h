@@ -1,4 +1,5 @@
-// Bytes on their way to a buffer, collected into large steps; and the groups of a coded stream in them.
+// Bytes on their way to a buffer, collected into large steps; the groups of a coded stream in them; and what runs a
+// coder that writes these.
 #pragma once
 
 #include "stream/lzss.h"
